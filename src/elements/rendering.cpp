@@ -1,0 +1,186 @@
+// A tree as HTML.
+//
+//     <div id="page">              opening tag: attributes by name, those with an empty value last
+//     <h2 class="">                a child starts a line unless text stands before it
+//     Status &amp; more</h2>       text has no line end of its own
+//     <span>one<br >line</span>    a one-line element, all below it included
+//     <img src="/a.gif" >          a leaf has no closing tag
+//     <p></p>                      neither has an element without children a second line
+//     </div>
+//
+// Every element but text is followed by a line end, unless a one-line element is open around it.
+// Debug mode indents each line by two blanks a level. A form is followed by the script that gives
+// the page's focus element the focus.
+//
+// `Render` alone recurses. What needs stack (the texts of a report, the strings it builds) is kept
+// out of its frame, in functions that are not inlined.
+#include "elements/diagnostics.hpp"
+#include "elements/renderer.hpp"
+
+namespace Quillo {
+namespace {
+
+char const self[] = "Render";
+
+bool IsForm(ElementImpl const& element) {
+    return element.tag == "form";
+}
+
+// The value of the attribute "name"; null when there is none. An empty attribute is not one.
+std::string const* NameOf(ElementImpl const& element) {
+    auto const name = element.attrs.find("name");
+    return name != element.attrs.end() ? &name->second : nullptr;
+}
+
+// Forms have a name and do not nest. Notes the form that is being written; an outer form stays.
+void CheckForm(ElementImpl const& form, Renderer& r) {
+    std::string const* const name = NameOf(form);
+    if (name == nullptr) {
+        ReportDiagnostic(logSpecError, "%s:  each form must have a name", self);
+    } else if (r.formName.empty()) {
+        r.formName = *name;
+    } else {
+        ReportDiagnostic(logSpecError, "%s:  can't have nested forms (%s and %s)", self,
+                         r.formName.c_str(), name->c_str());
+    }
+}
+
+// Notes `name` as the page's focus element. The first one wins.
+void TakeFocus(std::string const& name, Renderer& r) {
+    std::string const reference = r.formName + "." + name;
+    if (r.focusRef.empty()) {
+        r.focusRef = reference;
+    } else {
+        ReportDiagnostic(logSpecError, "%s:  There is more than one element with focus: %s and %s",
+                         self, r.focusRef.c_str(), reference.c_str());
+    }
+}
+
+// An element with focus is no form, stands in a form and has a name.
+void CheckFocus(ElementImpl const& element, Renderer& r) {
+    std::string const* const name = NameOf(element);
+    if (IsForm(element)) {
+        ReportDiagnostic(logSpecError, "%s:  forms can't have focus", self);
+    } else if (r.formName.empty()) {
+        ReportDiagnostic(logSpecError, "%s: Element with focus needs to be inside a form", self);
+    } else if (name == nullptr) {
+        ReportDiagnostic(logSpecError, "%s: Element with focus needs to have a name", self);
+    } else {
+        TakeFocus(*name, r);
+    }
+}
+
+// Neither names nor values are escaped: who sets a value passes it through `Filter`.
+void WriteAttributes(ElementImpl const& element, Renderer& r) {
+    for (auto const& attribute : element.attrs) {
+        r << " " << attribute.first << "=\"" << attribute.second << "\"";
+    }
+    for (std::string const& name : element.emptyAttrs) {
+        r << " " << name << "=\"\"";
+    }
+}
+
+// Everything up to the end of the opening tag; the line end behind it, when a body follows.
+__attribute__((noinline)) void WriteStart(ElementImpl const& element, Renderer& r, int level) {
+    if (r.oneLineDepth == 0) {
+        r << Indent(level);
+    }
+    if (element.oneLine) {
+        ++r.oneLineDepth;
+    }
+    if (IsForm(element)) {
+        CheckForm(element, r);
+    }
+    if (element.hasFocus) {
+        CheckFocus(element, r);
+    }
+    r << "<" << element.tag;
+    WriteAttributes(element, r);
+    r << (element.isLeaf ? " >" : ">");
+    if (!element.isLeaf && !element.children.empty() && r.oneLineDepth == 0) {
+        EndLine(r);
+    }
+}
+
+__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, bool hasBody,
+                                               Renderer& r, int level) {
+    if (hasBody && r.oneLineDepth == 0) {
+        r << Indent(level);
+    }
+    r << "</" << element.tag << ">";
+}
+
+// The form is over, even when it was an inner one. The script follows every form once an element
+// has asked for the focus.
+void WriteFormEnd(Renderer& r) {
+    r.formName.clear();
+    if (!r.focusRef.empty()) {
+        r << "<script type=\"text/javascript\">document." << r.focusRef << ".focus();</script>";
+        EndLine(r);
+    }
+}
+
+__attribute__((noinline)) void WriteEnd(ElementImpl const& element, Renderer& r) {
+    if (element.oneLine) {
+        --r.oneLineDepth;
+    }
+    if (r.oneLineDepth == 0) {
+        EndLine(r);
+    }
+    if (IsForm(element)) {
+        WriteFormEnd(r);
+    }
+}
+
+// Script content is never escaped: markup has no meaning in it.
+bool IsInScript(ElementImpl const& element) {
+    for (ElementImpl const* ancestor = element.parent; ancestor != nullptr;
+         ancestor = ancestor->parent) {
+        if (ancestor->tag == "script") {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void ElementImpl::Render(Renderer& r, int level) const {
+    WriteStart(*this, r, level);
+    if (!isLeaf) {
+        bool const hasBody = !children.empty();
+        if (this == debugMsgs.impl.get()) {
+            Diagnostics::RenderDebugLines(*this, r, level + 1);
+        } else {
+            // By index, and the count read anew: a child may be added while its parent is written.
+            for (std::size_t i = 0; i < children.size(); ++i) {
+                Element::Checked(children[i]).Render(r, level + 1);
+            }
+        }
+        WriteClosingTag(*this, hasBody, r, level);
+    }
+    WriteEnd(*this, r);
+}
+
+void TextImpl::Render(Renderer& r, int level) const {
+    r << Indent(level);
+    if (filter && !IsInScript(*this)) {
+        r << Filter(text);
+    } else {
+        r << text;
+    }
+}
+
+void ContainerImpl::Render(Renderer& r, int level) const {
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        Element::Checked(children[i]).Render(r, level);
+    }
+}
+
+void NullImpl::Render(Renderer&, int) const {}
+
+void EndlImpl::Render(Renderer& r, int) const {
+    EndLine(r);
+}
+
+}  // namespace Quillo
