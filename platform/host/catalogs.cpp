@@ -1,0 +1,126 @@
+// FOLDER/de-de/LC_MESSAGES/quillo.mo holds the German phrases. Every folder that has such a file,
+// and a name of the form de-de, is a language of the service.
+#include "host/catalogs.hpp"
+
+#include <algorithm>
+#include <boost/locale.hpp>
+#include <cstdlib>
+#include <filesystem>
+#include <locale>
+#include <map>
+
+#include "host/contract.hpp"
+#include "host/host.hpp"
+#include "host/sys/text_file.hpp"
+
+namespace QuilloHost {
+
+namespace {
+
+namespace fs = std::filesystem;
+namespace bl = boost::locale;
+
+struct Catalogs {
+    std::vector<std::string> names;
+    std::map<std::string, std::locale> locales;
+};
+
+std::optional<std::string> chosenFolder;
+std::optional<Catalogs> loadedCatalogs;
+
+std::string Folder() {
+    if (chosenFolder) {
+        return *chosenFolder;
+    }
+    char const* const named = std::getenv("QUILLO_CATALOG_DIR");
+    return named != nullptr ? named : QUILLO_CATALOG_DIR;
+}
+
+std::string FileIn(std::string const& folder, std::string const& name) {
+    return folder + "/" + name + "/LC_MESSAGES/quillo.mo";
+}
+
+// The form de-de.
+bool IsName(std::string const& name) {
+    static char const letters[] = "abcdefghijklmnopqrstuvwxyz";
+    return name.size() == 5 && name[2] == '-' && name.find_first_not_of(letters) == 2 &&
+           name.find_first_not_of(letters, 3) == std::string::npos;
+}
+
+std::vector<char> ReadBytes(std::string const& file, std::string const&) {
+    std::string const text = ReadText(file).value_or("");
+    return std::vector<char>(text.begin(), text.end());
+}
+
+// Throws what Boost.Locale throws at a file that is no catalog.
+std::locale Load(std::string const& folder, std::string const& name) {
+    bl::gnu_gettext::messages_info info;
+    info.language = name;
+    info.encoding = "UTF-8";
+    info.paths.push_back(folder);
+    info.domains.push_back(bl::gnu_gettext::messages_info::domain("quillo"));
+    info.callback = ReadBytes;
+    bl::localization_backend_manager backends = bl::localization_backend_manager::global();
+    backends.select("std");
+    bl::generator generator(backends);
+    generator.categories(bl::information_facet);
+    std::locale const base = generator.generate(std::locale::classic(), "C.UTF-8");
+    return std::locale(base, bl::gnu_gettext::create_messages_facet<char>(info));
+}
+
+Catalogs LoadAll(std::string const& folder) {
+    Catalogs catalogs;
+    std::error_code error;
+    for (fs::directory_entry const& entry : fs::directory_iterator(folder, error)) {
+        std::string const name = entry.path().filename().string();
+        if (!IsName(name) || !fs::exists(FileIn(folder, name))) {
+            continue;
+        }
+        try {
+            catalogs.locales[name] = Load(folder, name);
+            catalogs.names.push_back(name);
+        } catch (std::exception const& problem) {
+            Log_SpecEntry(logSpecError, __FILE__, __LINE__,
+                          "catalog %s cannot be read, its language is not offered: %s",
+                          FileIn(folder, name).c_str(), problem.what());
+        }
+    }
+    if (catalogs.names.empty()) {
+        Log_SpecEntry(logSpecWarn, __FILE__, __LINE__,
+                      "no catalog in %s: phrases are not translated; QUILLO_CATALOG_DIR names the "
+                      "folder of the catalogs",
+                      folder.c_str());
+    }
+    std::sort(catalogs.names.begin(), catalogs.names.end());
+    return catalogs;
+}
+
+Catalogs const& TheCatalogs() {
+    if (!loadedCatalogs) {
+        loadedCatalogs = LoadAll(Folder());
+    }
+    return *loadedCatalogs;
+}
+
+}  // namespace
+
+std::vector<std::string> const& CatalogNames() {
+    return TheCatalogs().names;
+}
+
+std::optional<std::string> FindTranslation(std::string const& catalog, std::string const& phrase) {
+    auto const locale = TheCatalogs().locales.find(catalog);
+    if (locale == TheCatalogs().locales.end()) {
+        return std::nullopt;
+    }
+    auto const& messages = std::use_facet<bl::message_format<char>>(locale->second);
+    char const* const translation = messages.get(0, nullptr, phrase.c_str());
+    return translation != nullptr ? std::optional<std::string>(translation) : std::nullopt;
+}
+
+void SetCatalogFolder(std::string const& folder) {
+    chosenFolder = folder;
+    loadedCatalogs.reset();
+}
+
+}  // namespace QuilloHost

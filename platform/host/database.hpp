@@ -1,0 +1,75 @@
+// A thin layer over SQLite: a connection and a statement that close themselves, and failures as
+// exceptions.
+#ifndef QUILLO_HOST_DATABASE_HPP
+#define QUILLO_HOST_DATABASE_HPP
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace QuilloHost {
+
+// What SQLite says went wrong, the database's path in front.
+class DatabaseError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// One connection. Not to be carried over a fork.
+class Database {
+public:
+    // Opens the file, or makes it. A write waits at most `patience` milliseconds for others.
+    Database(std::string const& path, int patience);
+
+    // Runs statements that have no result. Throws DatabaseError.
+    void Run(char const* sql);
+
+    [[noreturn]] void Fail() const;
+
+    sqlite3* handle() const { return connection.get(); }
+
+private:
+    std::string const path;
+    std::unique_ptr<sqlite3, int (*)(sqlite3*)> connection;
+};
+
+// One statement, with its texts bound in the order of its '?'.
+class Statement {
+public:
+    Statement(Database& database, char const* sql);
+
+    Statement& Bind(std::string const& text);
+
+    // Goes to the next row of the result; false behind the last one. Throws DatabaseError.
+    bool Step();
+
+    // Whether the column, counted from 0, holds NULL, and its text. Only on a row.
+    bool IsNull(int column) const;
+    std::string Text(int column) const;
+
+private:
+    Database& owner;
+    std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> statement;
+    int bound = 0;
+};
+
+// A transaction that writes: undone at the end of its scope unless it was committed.
+class Transaction {
+public:
+    explicit Transaction(Database& database);
+    Transaction(Transaction const&) = delete;
+    Transaction& operator=(Transaction const&) = delete;
+    ~Transaction();
+
+    void Commit();
+
+private:
+    Database& owner;
+    bool isOpen = true;
+};
+
+}  // namespace QuilloHost
+
+#endif

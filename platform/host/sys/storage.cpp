@@ -1,0 +1,136 @@
+// The object "storage": a record a mounted file system.
+//
+//     mount, device, type        from /proc/self/mountinfo; blanks in it are written as \040
+//     size, used, available      bytes, from statvfs(3); "available" to an ordinary user
+//
+// Left out are pseudo file systems, those without a block (proc, sysfs, cgroup), and the kernel's
+// own small ones of the types listed below. Of several mounts on one place the last one counts,
+// which covers the others; of several mounts of one device the first one, so that a bind mount is
+// not counted twice.
+//
+//     36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw,errors=continue
+#include <sys/statvfs.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "host/contract.hpp"
+#include "host/sys/roots.hpp"
+#include "host/sys/sys_objects.hpp"
+#include "host/sys/text_file.hpp"
+
+namespace QuilloHost {
+
+namespace {
+
+struct Mount {
+    std::string number;  // of the device, MAJOR:MINOR
+    std::string place;
+    std::string type;
+    std::string device;
+};
+
+// These have blocks, and still hold nothing of a user's.
+bool IsKernelType(std::string const& type) {
+    static std::array<char const*, 4> const types = {"devtmpfs", "efivarfs", "hugetlbfs", "ramfs"};
+    return std::find(types.begin(), types.end(), type) != types.end();
+}
+
+bool IsOctal(char c) {
+    return c >= '0' && c <= '7';
+}
+
+// "a\040b" gives "a b".
+std::string Unescaped(std::string const& text) {
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\\' && i + 3 < text.size() && IsOctal(text[i + 1]) &&
+            IsOctal(text[i + 2]) && IsOctal(text[i + 3])) {
+            plain += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 +
+                                       (text[i + 3] - '0'));
+            i += 3;
+        } else {
+            plain += text[i];
+        }
+    }
+    return plain;
+}
+
+std::optional<Mount> ParseMount(std::string const& line) {
+    std::vector<std::string> const words = Words(line);
+    auto const dash = std::find(words.begin(), words.end(), "-");
+    if (dash - words.begin() < 6 || words.end() - dash < 3) {
+        return std::nullopt;
+    }
+    return Mount{words[2], Unescaped(words[4]), dash[1], Unescaped(dash[2])};
+}
+
+// Every mount that is not covered by a later one on the same place.
+std::vector<Mount> ParseMounts(std::string const& text) {
+    std::vector<Mount> mounts;
+    for (std::string const& line : Lines(text)) {
+        std::optional<Mount> const mount = ParseMount(line);
+        if (mount) {
+            mounts.erase(
+                std::remove_if(mounts.begin(), mounts.end(),
+                               [&](Mount const& other) { return other.place == mount->place; }),
+                mounts.end());
+            mounts.push_back(*mount);
+        }
+    }
+    return mounts;
+}
+
+bool IsShown(Mount const& mount, std::vector<Mount> const& shown) {
+    return std::any_of(shown.begin(), shown.end(),
+                       [&](Mount const& other) { return other.number == mount.number; });
+}
+
+// The record of a mount; nothing for a file system without blocks. One that does not answer is
+// shown without figures.
+std::optional<Record> MakeRecord(Mount const& mount) {
+    struct statvfs figures {};
+    if (statvfs(mount.place.c_str(), &figures) != 0) {
+        return Record{mount.place,  mount.device, mount.type,
+                      std::nullopt, std::nullopt, std::nullopt};
+    }
+    if (figures.f_blocks == 0) {
+        return std::nullopt;
+    }
+    std::uint64_t const unit = figures.f_frsize;
+    return Record{mount.place,
+                  mount.device,
+                  mount.type,
+                  std::to_string(figures.f_blocks * unit),
+                  std::to_string((figures.f_blocks - figures.f_bfree) * unit),
+                  std::to_string(figures.f_bavail * unit)};
+}
+
+}  // namespace
+
+std::optional<Table> ReadStorage() {
+    std::string const path = MachineRoots().proc + "/self/mountinfo";
+    std::optional<std::string> const text = ReadText(path);
+    if (!text) {
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "storage: %s cannot be read", path.c_str());
+        return std::nullopt;
+    }
+    Table table{{"mount", "device", "type", "size", "used", "available"}, {}};
+    std::vector<Mount> shown;
+    for (Mount const& mount : ParseMounts(*text)) {
+        if (IsKernelType(mount.type) || IsShown(mount, shown)) {
+            continue;
+        }
+        std::optional<Record> const record = MakeRecord(mount);
+        if (record) {
+            shown.push_back(mount);
+            table.records.push_back(*record);
+        }
+    }
+    return table;
+}
+
+}  // namespace QuilloHost

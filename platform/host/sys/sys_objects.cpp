@@ -1,0 +1,16 @@
+#include "host/sys/sys_objects.hpp"
+
+#include <iterator>
+
+namespace QuilloHost {
+
+ProviderList SysObjects() {
+    static Provider const objects[] = {{"host", ReadHost},
+                                       {"memory", ReadMemory},
+                                       {"interfaces", ReadInterfaces},
+                                       {"storage", ReadStorage},
+                                       {"processes", ReadProcesses}};
+    return {objects, std::size(objects)};
+}
+
+}  // namespace QuilloHost

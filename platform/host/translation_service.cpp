@@ -1,0 +1,100 @@
+// The translation service: phrases of the catalogs, in the language that suits the reader best.
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/catalogs.hpp"
+#include "host/contract.hpp"
+#include "host/language_lookup.hpp"
+#include "host/phrase_context.hpp"
+#include "host/request_state.hpp"
+
+namespace QuilloHost {
+
+namespace {
+
+// What "*" stands for, and what a phrase is looked up in when no language suits.
+char const defaultCatalog[] = "en-us";
+
+// How many unknown phrases are remembered, each to be logged once.
+constexpr std::size_t mostUnknown = 1000;
+
+std::string CatalogFor(char const* preferred) {
+    return LookUpLanguage(preferred, CatalogNames(), defaultCatalog).value_or(defaultCatalog);
+}
+
+// A phrase that its catalog lacks; a catalog that is not there was logged when it was looked for.
+void LogOnce(std::string const& catalog, std::string const& phrase) {
+    static std::set<std::string> known;
+    std::vector<std::string> const& names = CatalogNames();
+    bool const isThere = std::find(names.begin(), names.end(), catalog) != names.end();
+    if (isThere && known.size() < mostUnknown && known.insert(catalog + "\n" + phrase).second) {
+        Log_SpecEntry(logSpecWarn, __FILE__, __LINE__, "catalog %s has no phrase \"%s\"",
+                      catalog.c_str(), phrase.c_str());
+    }
+}
+
+// The translation, or the phrase itself. The empty phrase is none: gettext keeps a catalog's own
+// header there.
+std::string Translate(std::string const& catalog, std::string const& phrase) {
+    if (phrase.empty()) {
+        return phrase;
+    }
+    std::optional<std::string> const translation = FindTranslation(catalog, phrase);
+    if (!translation) {
+        LogOnce(catalog, phrase);
+    }
+    return translation.value_or(phrase);
+}
+
+void WritePhrase(ZOV_AppData& app, char const* phrase) {
+    RequestState const* const state = FindRequest(&app);
+    std::string const context = state != nullptr ? state->context.value_or("") : "";
+    std::string const text = InContext(context, Translate(CatalogFor(app.preferredLang), phrase));
+    std::fwrite(text.data(), 1, text.size(), app.out);
+}
+
+}  // namespace
+
+}  // namespace QuilloHost
+
+using namespace QuilloHost;
+
+char* HTTP_Extension_Translation_Lang(char const* preferred) {
+    thread_local std::string name;
+    try {
+        std::optional<std::string> const found =
+            LookUpLanguage(preferred != nullptr ? preferred : "", CatalogNames(), defaultCatalog);
+        name = found.value_or("");
+    } catch (std::exception const& error) {
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", __func__, error.what());
+        name.clear();
+    }
+    return name.empty() ? nullptr : name.data();
+}
+
+int Trans_LangExists(char const* code) {
+    try {
+        std::string const range = code != nullptr ? code : "";
+        bool const isCode = range.size() == 2 && range != "*";
+        return isCode && LookUpLanguage(range, CatalogNames(), defaultCatalog) ? 1 : 0;
+    } catch (std::exception const& error) {
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", __func__, error.what());
+        return 0;
+    }
+}
+
+void HTTP_Translate_Phrase(ZOV_AppData* app, char* arg) {
+    if (app == nullptr || app->out == nullptr || arg == nullptr) {
+        return;
+    }
+    try {
+        WritePhrase(*app, arg);
+    } catch (std::exception const& error) {
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: \"%s\": %s", __func__, arg,
+                      error.what());
+    }
+}
