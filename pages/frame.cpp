@@ -1,0 +1,71 @@
+#include "frame.hpp"
+
+#include <quillo_kit/elements.hpp>
+
+#include "style_sheet.hpp"
+
+using namespace Quillo;
+using namespace QuilloKit;
+
+namespace Pages {
+namespace {
+
+bool IsRightToLeft() {
+    return g_language != nullptr && std::string(g_language) == "ar";
+}
+
+Element MakeHead(std::string const& title) {
+    Tag head("head");
+    head << VoidTag("meta").SetAttr("charset", "utf-8");
+    head << VoidTag("meta")
+                .SetAttr("name", "viewport")
+                .SetAttr("content", "width=device-width, initial-scale=1");
+    head << (Tag("title").SetOneLine() << title);
+    head << (Tag("style") << Text(styleSheet, false));
+    return head;
+}
+
+Element MakeNavigation(QuilloServer::Request& request, std::string const& shownPage) {
+    std::vector<Slot> slots;
+    for (QuilloServer::Page const* page : QuilloServer::Pages()) {
+        slots.push_back(
+            {Translated(request, page->title), "/" + page->name, page->name == shownPage, false});
+    }
+    return Tag("nav") << MakeNavBar(slots);
+}
+
+Element MakeBody(QuilloServer::Request& request, QuilloServer::Page const& page,
+                 Element const& content) {
+    Tag body("body");
+    body << MakeNavigation(request, page.name);
+    body << (Tag("main") << SmallTitle(Translated(request, page.title)) << content);
+    if (IsDebug()) {
+        body << (Tag("aside").SetAttr("class", "debug") << debugMsgs);
+    }
+    return body;
+}
+
+}  // namespace
+
+std::string Translated(QuilloServer::Request& request, std::string const& phrase) {
+    return TranslatePhrase(request.app, phrase, LoaContext_None);
+}
+
+Text Phrase(QuilloServer::Request& request, std::string const& phrase) {
+    return Text(Translated(request, phrase), true);
+}
+
+void WriteFramed(QuilloServer::Request& request, std::ostream& out, std::string const& page,
+                 Element const& content) {
+    QuilloServer::Page const& shown = *QuilloServer::FindPage(page);
+    Tag html("html");
+    html.SetAttr("lang", Filter(Cstr(g_language)));
+    html.SetAttr("dir", IsRightToLeft() ? "rtl" : "ltr");
+    html << MakeHead(Translated(request, shown.title));
+    html << MakeBody(request, shown, content);
+    Renderer r(out);
+    r << "<!DOCTYPE html>" << Endl();
+    html.impl->Render(r, 0);
+}
+
+}  // namespace Pages
