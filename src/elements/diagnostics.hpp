@@ -31,8 +31,7 @@
 // the line, the log gets its first 199 bytes.
 #define TraceDiagnostic(...) ::Quillo::Diagnostics::Trace(__FILE__, __LINE__, {__VA_ARGS__})
 
-namespace Quillo {
-namespace Diagnostics {
+namespace Quillo::Diagnostics {
 
 // A piece of a trace. Borrows the text it is made from.
 class TraceItem {
@@ -64,7 +63,6 @@ void Trace(char const* file, int line, std::initializer_list<TraceItem> items) n
 // pass ends.
 void RenderDebugLines(ElementImpl const& lines, Renderer& r, int level);
 
-}  // namespace Diagnostics
-}  // namespace Quillo
+}  // namespace Quillo::Diagnostics
 
 #endif

@@ -48,8 +48,10 @@ ElementImpl& Element::Checked(boost::shared_ptr<ElementImpl> const& impl) {
 
 Element& Element::SetAttr(std::string const& name, std::string const& value) {
     ElementImpl& element = Checked(impl);
-    element.attrs.insert_or_assign(name, std::string(value));
+    std::string copy(value);
+    std::string& attribute = element.attrs[name];
     element.emptyAttrs.erase(name);
+    attribute.swap(copy);
     return *this;
 }
 

@@ -109,6 +109,8 @@ Element MakeContentArea(Element const& content) {
 
 }  // namespace
 
+// By value, as the header has it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 Element MakeTabs(std::vector<Slot> const& slots, Element content) {
     if (slots.empty()) {
         ReportDiagnostic(logSpecError, "Empty slots[]!");
