@@ -73,7 +73,7 @@ spdlog::logger& Logger() {
 }
 
 // The message, or the bare format when the two do not go together.
-std::string Message(char const* format, std::va_list args) {
+__attribute__((format(printf, 1, 0))) std::string Message(char const* format, std::va_list args) {
     std::va_list measured;
     va_copy(measured, args);
     int const length = std::vsnprintf(nullptr, 0, format, measured);
@@ -81,7 +81,7 @@ std::string Message(char const* format, std::va_list args) {
     if (length < 0)
         return std::string("(cannot be formatted) ") + format;
     std::string message(static_cast<std::size_t>(length) + 1, '\0');
-    std::vsnprintf(&message[0], message.size(), format, args);
+    std::vsnprintf(message.data(), message.size(), format, args);
     message.pop_back();
     return message;
 }
@@ -134,7 +134,9 @@ void WriteAll(FixedText const& text) noexcept {
 }
 
 // Writes the entry without taking memory.
-void WriteFixedEntry(EntryHead const& head, char const* format, std::va_list args) noexcept {
+__attribute__((format(printf, 2, 0))) void WriteFixedEntry(EntryHead const& head,
+                                                           char const* format,
+                                                           std::va_list args) noexcept {
     char message[2048];
     bool const isFormatted = std::vsnprintf(message, sizeof message, format, args) >= 0;
     FixedText text;

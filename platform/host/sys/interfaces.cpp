@@ -9,7 +9,8 @@
 //
 // Names and addresses come from getifaddrs(3), the rest from /sys, which a container may lack: the
 // state is then told from the interface's flags, the counters come with the addresses, and the MTU
-// cannot be had.
+// cannot be had. So it is where /sys shows another network namespace, whose interface of that name
+// has another index.
 #include <arpa/inet.h>
 #include <ifaddrs.h>
 #include <linux/if_link.h>
@@ -101,7 +102,6 @@ void AddLink(ifaddrs const& entry, Interface& interface) {
 }
 
 void AddEntry(ifaddrs const& entry, Interface& interface) {
-    interface.name = entry.ifa_name;
     interface.isRunning = (entry.ifa_flags & IFF_RUNNING) != 0;
     int const family = entry.ifa_addr != nullptr ? entry.ifa_addr->sa_family : AF_UNSPEC;
     if (family == AF_INET) {
@@ -116,40 +116,48 @@ void AddEntry(ifaddrs const& entry, Interface& interface) {
 }
 
 // An address may bear a label "eth0:1": it belongs to the interface before the colon.
-unsigned IndexOf(std::string const& name) {
-    unsigned const index = if_nametoindex(name.c_str());
-    return index != 0 ? index : if_nametoindex(name.substr(0, name.find(':')).c_str());
+std::string NameOf(ifaddrs const& entry) {
+    std::string const label = entry.ifa_name;
+    return label.substr(0, label.find(':'));
 }
 
 Interfaces Collect(ifaddrs const* entries) {
     Interfaces interfaces;
     for (ifaddrs const* entry = entries; entry != nullptr; entry = entry->ifa_next) {
-        unsigned const index = IndexOf(entry->ifa_name);
+        std::string const name = NameOf(*entry);
+        unsigned const index = if_nametoindex(name.c_str());
         if (index != 0) {
+            interfaces[index].name = name;
             AddEntry(*entry, interfaces[index]);
         }
     }
     return interfaces;
 }
 
-// A value of the interface below /sys, where it stands in a file of its own.
-Value SysValue(Interface const& interface, char const* file) {
-    return ReadFirstLine(MachineRoots().sys + "/class/net/" + interface.name + "/" + file);
+// The interface's folder below /sys; nothing when it is not there, or that of another one.
+std::optional<std::string> FolderOf(Interface const& interface, unsigned index) {
+    std::string folder = MachineRoots().sys + "/class/net/" + interface.name + "/";
+    bool const isThisOne = ReadFirstLine(folder + "ifindex") == std::to_string(index);
+    return isThisOne ? std::optional<std::string>(folder) : std::nullopt;
 }
 
 Value Either(Value const& first, Value const& second) {
     return first ? first : second;
 }
 
-Record MakeRecord(Interface const& interface) {
+Record MakeRecord(Interface const& interface, unsigned index) {
+    std::optional<std::string> const folder = FolderOf(interface, index);
+    auto const sysValue = [&](char const* file) {
+        return folder ? ReadFirstLine(*folder + file) : std::nullopt;
+    };
     return {interface.name,
-            Either(SysValue(interface, "operstate"), interface.isRunning ? "up" : "down"),
+            Either(sysValue("operstate"), interface.isRunning ? "up" : "down"),
             interface.mac,
             interface.ipv4,
             interface.ipv6,
-            Either(SysValue(interface, "statistics/rx_bytes"), interface.rxBytes),
-            Either(SysValue(interface, "statistics/tx_bytes"), interface.txBytes),
-            SysValue(interface, "mtu")};
+            Either(sysValue("statistics/rx_bytes"), interface.rxBytes),
+            Either(sysValue("statistics/tx_bytes"), interface.txBytes),
+            sysValue("mtu")};
 }
 
 }  // namespace
@@ -164,7 +172,7 @@ std::optional<Table> ReadInterfaces() {
     std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> const owner(entries, freeifaddrs);
     Table table{{"name", "state", "mac", "ipv4", "ipv6", "rx_bytes", "tx_bytes", "mtu"}, {}};
     for (auto const& entry : Collect(entries)) {
-        table.records.push_back(MakeRecord(entry.second));
+        table.records.push_back(MakeRecord(entry.second, entry.first));
     }
     return table;
 }

@@ -6,19 +6,19 @@
 // Left out are pseudo file systems, those without a block (proc, sysfs, cgroup), and the kernel's
 // own small ones of the types listed below. Of several mounts on one place the last one counts,
 // which covers the others; of several mounts of one device the first one, so that a bind mount is
-// not counted twice.
+// not counted twice. A file system that does not tell its figures, or not within a second, is shown
+// without them.
 //
 //     36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw,errors=continue
-#include <sys/statvfs.h>
-
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <chrono>
 #include <optional>
 #include <string>
 
 #include "host/contract.hpp"
 #include "host/sys/roots.hpp"
+#include "host/sys/space_probe.hpp"
 #include "host/sys/sys_objects.hpp"
 #include "host/sys/text_file.hpp"
 
@@ -33,9 +33,10 @@ struct Mount {
     std::string device;
 };
 
-// These have blocks, and still hold nothing of a user's.
+// These have blocks, and still hold nothing of a user's; or would mount something when asked.
 bool IsKernelType(std::string const& type) {
-    static std::array<char const*, 4> const types = {"devtmpfs", "efivarfs", "hugetlbfs", "ramfs"};
+    static std::array<char const*, 5> const types = {"autofs", "devtmpfs", "efivarfs", "hugetlbfs",
+                                                     "ramfs"};
     return std::find(types.begin(), types.end(), type) != types.end();
 }
 
@@ -59,8 +60,19 @@ std::string Unescaped(std::string const& text) {
     return plain;
 }
 
+// The fields of a line, with one blank between two of them: a device may be empty.
+std::vector<std::string> Fields(std::string const& line) {
+    std::vector<std::string> fields;
+    for (std::size_t begin = 0; begin <= line.size();) {
+        std::size_t const end = std::min(line.find(' ', begin), line.size());
+        fields.push_back(line.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return fields;
+}
+
 std::optional<Mount> ParseMount(std::string const& line) {
-    std::vector<std::string> const words = Words(line);
+    std::vector<std::string> const words = Fields(line);
     auto const dash = std::find(words.begin(), words.end(), "-");
     if (dash - words.begin() < 6 || words.end() - dash < 3) {
         return std::nullopt;
@@ -89,24 +101,28 @@ bool IsShown(Mount const& mount, std::vector<Mount> const& shown) {
                        [&](Mount const& other) { return other.number == mount.number; });
 }
 
-// The record of a mount; nothing for a file system without blocks. One that does not answer is
-// shown without figures.
+// The probe remembers what hangs, so there is one for the process.
+SpaceProbe& Probe() {
+    static SpaceProbe probe(AskFileSystem, std::chrono::seconds(1));
+    return probe;
+}
+
+// The record of a mount; nothing for a file system without blocks.
 std::optional<Record> MakeRecord(Mount const& mount) {
-    struct statvfs figures {};
-    if (statvfs(mount.place.c_str(), &figures) != 0) {
+    std::optional<Space> const space = Probe().SpaceAt(mount.place);
+    if (!space) {
         return Record{mount.place,  mount.device, mount.type,
                       std::nullopt, std::nullopt, std::nullopt};
     }
-    if (figures.f_blocks == 0) {
+    if (space->size == 0) {
         return std::nullopt;
     }
-    std::uint64_t const unit = figures.f_frsize;
     return Record{mount.place,
                   mount.device,
                   mount.type,
-                  std::to_string(figures.f_blocks * unit),
-                  std::to_string((figures.f_blocks - figures.f_bfree) * unit),
-                  std::to_string(figures.f_bavail * unit)};
+                  std::to_string(space->size),
+                  std::to_string(space->used),
+                  std::to_string(space->available)};
 }
 
 }  // namespace
