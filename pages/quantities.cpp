@@ -44,7 +44,7 @@ std::string Duration(std::string const& seconds) {
     }
     std::uint64_t const minutes = all / 60;
     std::string const time = TwoDigits(minutes / 60 % 24) + ":" + TwoDigits(minutes % 60);
-    std::uint64_t const days = minutes / (24 * 60);
+    std::uint64_t const days = minutes / 60 / 24;
     return days == 0 ? time : std::to_string(days) + " d " + time;
 }
 

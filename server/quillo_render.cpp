@@ -78,9 +78,7 @@ std::string PageList() {
     return list;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int Run(int argc, char** argv) {
     Options options;
     CLI::App command("Writes one page, with this machine's data, to standard output.");
     command.name("quillo-render");
@@ -115,4 +113,15 @@ int main(int argc, char** argv) {
         return 2;
     }
     return Render(*page, options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "quillo-render: %s\n", error.what());
+        return 1;
+    }
 }
