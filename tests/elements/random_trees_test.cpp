@@ -1,0 +1,262 @@
+// Random trees, written by the library and by a second renderer that knows nothing of it.
+#include <random>
+
+#include "support/page_test.hpp"
+
+using namespace Quillo;
+
+namespace {
+
+// A tree as the second renderer sees it.
+struct Node {
+    enum Kind { Element, Text, Container, Null, LineEnd } kind = Element;
+    std::string tag;
+    bool isLeaf = false;
+    std::map<std::string, std::string> attrs;
+    std::set<std::string> emptyAttrs;
+    bool isOneLine = false;
+    bool hasFocus = false;
+    std::string text;
+    bool isFiltered = false;
+    std::vector<Node> children;
+};
+
+// Writes a page by strings alone.
+class SecondRenderer {
+public:
+    explicit SecondRenderer(bool isIndenting) : indents(isIndenting) {}
+
+    void Write(Node const& node, int level, bool isInScript) {
+        switch (node.kind) {
+            case Node::Element:
+                WriteElement(node, level, isInScript);
+                break;
+            case Node::Text:
+                StartLine(level);
+                page += node.isFiltered && !isInScript ? Escaped(node.text) : node.text;
+                break;
+            case Node::Container:
+                for (Node const& child : node.children) {
+                    Write(child, level, isInScript);
+                }
+                break;
+            case Node::Null:
+                break;
+            case Node::LineEnd:
+                EndLine();
+                break;
+        }
+    }
+
+    std::string page;
+    std::vector<std::string> reports;
+
+private:
+    void StartLine(int level) {
+        if (isAtStart && indents) {
+            page.append(static_cast<std::size_t>(2 * level), ' ');
+        }
+        isAtStart = false;
+    }
+
+    void EndLine() {
+        page += "\n";
+        isAtStart = true;
+    }
+
+    static std::string Escaped(std::string const& text) {
+        std::string escaped;
+        for (char const c : text) {
+            escaped += c == '<'   ? "&lt;"
+                       : c == '>' ? "&gt;"
+                       : c == '&' ? "&amp;"
+                       : c == '"' ? "&quot;"
+                                  : std::string(1, c);
+        }
+        return escaped;
+    }
+
+    void Check(Node const& node) {
+        bool const isForm = node.tag == "form";
+        auto const name = node.attrs.find("name");
+        bool const hasName = name != node.attrs.end();
+        if (isForm && !hasName) {
+            reports.push_back("Render:  each form must have a name");
+        } else if (isForm && form.empty()) {
+            form = name->second;
+        } else if (isForm) {
+            reports.push_back("Render:  can't have nested forms (" + form + " and " + name->second +
+                              ")");
+        }
+        if (!node.hasFocus) {
+            return;
+        }
+        if (isForm) {
+            reports.push_back("Render:  forms can't have focus");
+        } else if (form.empty()) {
+            reports.push_back("Render: Element with focus needs to be inside a form");
+        } else if (!hasName) {
+            reports.push_back("Render: Element with focus needs to have a name");
+        } else if (focus.empty()) {
+            focus = form + "." + name->second;
+        } else {
+            reports.push_back("Render:  There is more than one element with focus: " + focus +
+                              " and " + form + "." + name->second);
+        }
+    }
+
+    void WriteElement(Node const& node, int level, bool isInScript) {
+        bool const wasOnOneLine = onOneLine;
+        if (!wasOnOneLine) {
+            StartLine(level);
+        }
+        onOneLine = onOneLine || node.isOneLine;
+        Check(node);
+        isAtStart = false;
+        page += "<" + node.tag;
+        for (auto const& attr : node.attrs) {
+            page += " " + attr.first + "=\"" + attr.second + "\"";
+        }
+        for (auto const& name : node.emptyAttrs) {
+            page += " " + name + "=\"\"";
+        }
+        if (node.isLeaf) {
+            page += " >";
+        } else {
+            page += ">";
+            WriteBody(node, level, isInScript);
+            isAtStart = false;
+            page += "</" + node.tag + ">";
+        }
+        onOneLine = wasOnOneLine;
+        if (!onOneLine) {
+            EndLine();
+        }
+        if (node.tag == "form") {
+            form.clear();
+            if (!focus.empty()) {
+                page += "<script type=\"text/javascript\">document." + focus + ".focus();</script>";
+                EndLine();
+            }
+        }
+    }
+
+    void WriteBody(Node const& node, int level, bool isInScript) {
+        if (node.children.empty()) {
+            return;
+        }
+        if (!onOneLine) {
+            EndLine();
+        }
+        for (Node const& child : node.children) {
+            Write(child, level + 1, isInScript || node.tag == "script");
+        }
+        if (!onOneLine) {
+            StartLine(level);
+        }
+    }
+
+    bool indents;
+    bool isAtStart = true;
+    bool onOneLine = false;
+    std::string form;
+    std::string focus;
+};
+
+class RandomTreesTest : public PageTest {
+protected:
+    RandomTreesTest() : random(20240607) {}
+
+    unsigned Below(unsigned limit) { return static_cast<unsigned>(random() % limit); }
+    bool Chance(unsigned inHowMany) { return Below(inHowMany) == 0; }
+
+    Node MakeNode(int depth) {
+        Node node;
+        unsigned const kind = Below(10);
+        node.kind = kind < 6    ? Node::Element
+                    : kind < 8  ? Node::Text
+                    : Chance(3) ? Node::Container
+                    : Chance(2) ? Node::Null
+                                : Node::LineEnd;
+        if (node.kind == Node::Element) {
+            static char const* const tags[] = {"div", "form", "form", "script", "p", "td", "br"};
+            node.tag = tags[Below(7)];
+            node.isLeaf = node.tag == "br";
+            node.isOneLine = Chance(6);
+            node.hasFocus = Chance(5);
+            static char const* const names[] = {"name", "class", "name", "id"};
+            while (Chance(2)) {
+                node.attrs[names[Below(4)]] = std::string(Below(3), 'v');
+            }
+            while (Chance(4)) {
+                node.emptyAttrs.insert(names[Below(4)]);
+            }
+        }
+        if (node.kind == Node::Text) {
+            for (unsigned left = Below(5); left > 0; --left) {
+                node.text += "a<>&\"'\n\t\xC3"[Below(9)];
+            }
+            node.isFiltered = !Chance(4);
+        }
+        bool const takesChildren =
+            !node.isLeaf && node.kind != Node::Text && node.kind != Node::LineEnd && depth < 6;
+        for (unsigned left = takesChildren ? Below(4) : 0; left > 0; --left) {
+            node.children.push_back(MakeNode(depth + 1));
+        }
+        return node;
+    }
+
+    static boost::shared_ptr<ElementImpl> MakeImpl(Node const& node) {
+        switch (node.kind) {
+            case Node::Text:
+                return boost::shared_ptr<ElementImpl>(new TextImpl(node.text, node.isFiltered));
+            case Node::Container:
+                return boost::shared_ptr<ElementImpl>(new ContainerImpl);
+            case Node::Null:
+                return boost::shared_ptr<ElementImpl>(new NullImpl);
+            case Node::LineEnd:
+                return boost::shared_ptr<ElementImpl>(new EndlImpl);
+            default:
+                return boost::shared_ptr<ElementImpl>(new ElementImpl(node.tag, node.isLeaf));
+        }
+    }
+
+    static ::Quillo::Element MakeElement(Node const& node) {
+        ::Quillo::Element const element(MakeImpl(node));
+        element.impl->attrs = node.attrs;
+        element.impl->emptyAttrs = node.emptyAttrs;
+        element.impl->oneLine = node.isOneLine;
+        element.impl->hasFocus = node.hasFocus;
+        for (Node const& child : node.children) {
+            element << MakeElement(child);
+        }
+        return element;
+    }
+
+    std::mt19937 random;
+};
+
+TEST_F(RandomTreesTest, AreWrittenByteForByteAsASecondRendererWritesThem) {
+    std::size_t reports = 0;
+    for (int round = 0; round < 4000; ++round) {
+        Node const node = MakeNode(0);
+        for (bool const isIndenting : {false, true}) {
+            Platform() = RecordingPlatform();
+            debugMsgs = Div();
+            isDebug = isIndenting;
+            int const level = static_cast<int>(Below(3));
+            SecondRenderer second(isIndenting);
+            second.Write(node, level, false);
+            ASSERT_EQ(Html(MakeElement(node), level), second.page) << round;
+            std::vector<std::string> messages;
+            for (LogEntry const& entry : Platform().log) {
+                messages.push_back(entry.message);
+            }
+            ASSERT_EQ(messages, second.reports) << round;
+            reports += messages.size();
+        }
+    }
+    EXPECT_GT(reports, 1000U) << "the trees break too few rules to be worth writing";
+}
+
+}  // namespace

@@ -1,0 +1,131 @@
+// Reports, traces and teardown when memory runs out, at every allocation there is.
+#include "elements/diagnostics.hpp"
+#include "support/failing_memory.hpp"
+#include "support/page_test.hpp"
+
+using namespace Quillo;
+
+namespace {
+
+// The recording of log entries takes memory, which is there all the time.
+class ReportsWithoutMemoryTest : public PageTest {
+protected:
+    ReportsWithoutMemoryTest() {
+        Platform().onLogEntry = [this] { pause.emplace(); };
+        Platform().afterLogEntry = [this] { pause.reset(); };
+    }
+
+    std::optional<FailingMemory::Pause> pause;
+};
+
+// Runs `work` with the n-th allocation failing, for every n until none fails, and `check` after
+// each. The device log has memory all the time.
+template <class Work, class Check>
+void ForEveryAllocation(Work work, Check check) {
+    int allowance = 0;
+    do {
+        debugMsgs = Div();
+        Platform().log.clear();
+        FailingMemory::Allow(allowance++);
+        work();
+        bool const hasFailed = FailingMemory::hasFailed;
+        FailingMemory::AllowAll();
+        check(hasFailed);
+        FailingMemory::hasFailed = hasFailed;
+    } while (FailingMemory::hasFailed);
+    EXPECT_GT(allowance, 1) << "no allocation was made at all";
+}
+
+TEST_F(ReportsWithoutMemoryTest, AReportIsLoggedAndAddsBothOfItsElementsOrNone) {
+    ForEveryAllocation(
+        [] {
+            ReportDiagnostic(logSpecError, "%s:  a message that is too long to be kept in place",
+                             "Test");
+        },
+        [](bool hasFailed) {
+            ASSERT_EQ(Platform().log.size(), 1U);
+            EXPECT_EQ(Platform().log[0].message,
+                      "Test:  a message that is too long to be kept in place");
+            EXPECT_EQ(debugMsgs.impl->children.size(), hasFailed ? 0U : 2U);
+        });
+}
+
+TEST_F(ReportsWithoutMemoryTest, ATraceIsLoggedWhateverBecomesOfItsLine) {
+    std::string const value(300, 'v');
+    ForEveryAllocation(
+        [&] { TraceDiagnostic("{", "name", "} = {", value, "} ", -12); },
+        [&](bool hasFailed) {
+            ASSERT_EQ(Platform().log.size(), 1U);
+            LogEntry const& entry = Platform().log[0];
+            std::string const whole =
+                "At tests/elements/reports_without_memory_test.cpp:" + std::to_string(entry.line) +
+                ": {name} = {" + value + "} -12";
+            bool const isWhole = entry.message == whole;
+            EXPECT_TRUE(isWhole || entry.message == whole.substr(0, 199)) << entry.message;
+            EXPECT_TRUE(isWhole || hasFailed);
+            EXPECT_EQ(debugMsgs.impl->children.size(), hasFailed ? 0U : 2U);
+        });
+}
+
+TEST_F(ReportsWithoutMemoryTest, ATreeIsTakenDownWithoutMemory) {
+    struct Witness : ElementImpl {
+        explicit Witness(int& deaths) : ElementImpl("witness", false), count(deaths) {}
+        Witness(Witness const&) = delete;
+        Witness& operator=(Witness const&) = delete;
+        ~Witness() override { ++count; }
+        int& count;
+    };
+    int deaths = 0;
+    for (int allowance = 0; allowance < 8; ++allowance) {
+        Element root(boost::shared_ptr<ElementImpl>(new Witness(deaths)));
+        Element parent = root;
+        for (int level = 0; level < 100; ++level) {
+            Element const child(boost::shared_ptr<ElementImpl>(new Witness(deaths)));
+            parent << child << Element(boost::shared_ptr<ElementImpl>(new Witness(deaths)));
+            parent = child;
+        }
+        parent = Element();
+        deaths = 0;
+        FailingMemory::Allow(allowance);
+        root = Element();
+        FailingMemory::AllowAll();
+        EXPECT_EQ(deaths, 201);
+    }
+}
+
+TEST_F(ReportsWithoutMemoryTest, ASetterChangesAllOrNothing) {
+    std::string const longName(40, 'n');
+    std::string const longValue(40, 'v');
+    int allowance = 0;
+    do {
+        Div div;
+        div.SetEmptyAttr(longName).SetEmptyAttr("style");
+        FailingMemory::Allow(allowance);
+        try {
+            div.SetAttr(longName, longValue);
+            FailingMemory::AllowAll();
+            EXPECT_EQ(div.impl->emptyAttrs.count(longName), 0U);
+            EXPECT_EQ(div.impl->attrs.at(longName), longValue);
+        } catch (std::bad_alloc const&) {
+            FailingMemory::AllowAll();
+            EXPECT_EQ(div.impl->attrs.size(), 0U);
+            EXPECT_EQ(div.impl->emptyAttrs.size(), 2U);
+        }
+        bool hasFailed = FailingMemory::hasFailed;
+        std::size_t const attributes = div.impl->attrs.size();
+        FailingMemory::Allow(allowance++);
+        try {
+            div.AddStyle(longValue);
+            FailingMemory::AllowAll();
+            EXPECT_EQ(div.impl->emptyAttrs.count("style"), 0U);
+        } catch (std::bad_alloc const&) {
+            FailingMemory::AllowAll();
+            EXPECT_EQ(div.impl->attrs.size(), attributes);
+            EXPECT_EQ(div.impl->emptyAttrs.count("style"), 1U);
+        }
+        FailingMemory::hasFailed = FailingMemory::hasFailed || hasFailed;
+    } while (FailingMemory::hasFailed);
+    EXPECT_GT(allowance, 2);
+}
+
+}  // namespace

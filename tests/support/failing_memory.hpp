@@ -1,0 +1,74 @@
+// Memory that runs out on demand. Including this file replaces the program's operator new: one file
+// of a program does.
+#ifndef QUILLO_TESTS_FAILING_MEMORY_HPP
+#define QUILLO_TESTS_FAILING_MEMORY_HPP
+
+#include <cstdlib>
+#include <new>
+
+namespace FailingMemory {
+
+// How many allocations succeed before they fail; below 0, all of them do.
+inline int allowance = -1;
+
+// Whether one failed since `Allow`.
+inline bool hasFailed = false;
+
+inline void Allow(int allocations) {
+    allowance = allocations;
+    hasFailed = false;
+}
+
+inline void AllowAll() {
+    allowance = -1;
+}
+
+// The next allocations succeed, for the time of this object: the test's own.
+class Pause {
+public:
+    Pause() : before(allowance) { allowance = -1; }
+    Pause(Pause const&) = delete;
+    Pause& operator=(Pause const&) = delete;
+    ~Pause() { allowance = before; }
+
+private:
+    int before;
+};
+
+inline void* Allocate(std::size_t size) {
+    if (allowance == 0) {
+        hasFailed = true;
+        throw std::bad_alloc();
+    }
+    if (allowance > 0) {
+        --allowance;
+    }
+    void* const memory = std::malloc(size != 0 ? size : 1);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+}  // namespace FailingMemory
+
+void* operator new(std::size_t size) {
+    return FailingMemory::Allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return FailingMemory::Allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+#endif
