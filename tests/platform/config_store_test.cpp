@@ -1,0 +1,222 @@
+#include <config_store.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <climits>
+#include <functional>
+
+#include "host/config_store.hpp"
+#include "host/database.hpp"
+#include "host/host.hpp"
+#include "temp_folder.hpp"
+
+using namespace QuilloHost;
+
+namespace {
+
+class ConfigStoreTest : public ::testing::Test {
+protected:
+    ConfigStoreTest() {
+        SetStateFolder(folder.path + "/state");
+        SetServiceRun("first run");
+        SetStorePatience(0);
+        DeclareSetting("x", "FALSE");
+        DeclareSetting("y", "TRUE");
+    }
+
+    static int Read(char const* name) {
+        int value = -4711;
+        EXPECT_EQ(Cfg_GetBoolAttrValue(name, &value), 0) << name;
+        return value;
+    }
+
+    // The log of `work`.
+    static std::string Log(std::function<void()> const& work) {
+        ::testing::internal::CaptureStderr();
+        work();
+        return ::testing::internal::GetCapturedStderr();
+    }
+
+    std::string File() const { return folder.path + "/state/configuration.db"; }
+
+    TempFolder folder;
+};
+
+TEST_F(ConfigStoreTest, ASettingHasItsDefaultUntilItIsSet) {
+    EXPECT_EQ(Read("x"), 0);
+    EXPECT_EQ(Read("y"), 1);
+}
+
+TEST_F(ConfigStoreTest, TrueFalseAndWholeNumbersAreRead) {
+    struct Row {
+        char const* text;
+        int value;
+    };
+    for (Row const& row : {Row{"TRUE", 1}, Row{"FALSE", 0}, Row{"0", 0}, Row{"5", 5}, Row{"-1", -1},
+                           Row{"2147483647", INT_MAX}, Row{"-2147483648", INT_MIN}}) {
+        EXPECT_EQ(Cfg_SetAttrValue("x", row.text), 0);
+        EXPECT_EQ(Read("x"), row.value) << row.text;
+    }
+}
+
+TEST_F(ConfigStoreTest, AnyOtherValueIsNotBooleanAndLeavesTheOutputAsItWas) {
+    for (char const* const text : {"", "true", "yes", "1 ", " 1", "1.5", "2147483648", "TRUEX"}) {
+        EXPECT_EQ(Cfg_SetAttrValue("x", text), 0);
+        int value = 4711;
+        std::string const log =
+            Log([&] { EXPECT_EQ(Cfg_GetBoolAttrValue("x", &value), ConfigStatus_NotBoolean); });
+        EXPECT_EQ(value, 4711) << text;
+        EXPECT_NE(log.find("setting \"x\""), std::string::npos);
+    }
+}
+
+TEST_F(ConfigStoreTest, ARunningValueIsGoneWithTheRun) {
+    EXPECT_EQ(Cfg_SetAttrValue("x", "TRUE"), 0);
+    EXPECT_EQ(Read("x"), 1);
+    SetServiceRun("second run");
+    EXPECT_EQ(Read("x"), 0);
+}
+
+TEST_F(ConfigStoreTest, AnUpdateHoldsInEveryRunAndCoversTheRunningValue) {
+    EXPECT_EQ(Cfg_SetAttrValue("x", "7"), 0);
+    EXPECT_EQ(ConfigUpdate("x=TRUE"), 0);
+    EXPECT_EQ(Read("x"), 1);
+    EXPECT_EQ(Cfg_SetAttrValue("x", "FALSE"), 0);
+    EXPECT_EQ(Read("x"), 0) << "the running value, over the stored one";
+    SetServiceRun("second run");
+    EXPECT_EQ(Read("x"), 1);
+    SetStateFolder(folder.path + "/state");  // opens the database anew
+    EXPECT_EQ(Read("x"), 1);
+    EXPECT_EQ(Read("y"), 1);
+}
+
+TEST_F(ConfigStoreTest, AnAssignmentIsSplitAtItsFirstEqualsSign) {
+    EXPECT_EQ(ConfigUpdate("x=a=b"), 0);
+    int value = 0;
+    std::string const log =
+        Log([&] { EXPECT_EQ(Cfg_GetBoolAttrValue("x", &value), ConfigStatus_NotBoolean); });
+    EXPECT_NE(log.find("\"x\""), std::string::npos);
+}
+
+TEST_F(ConfigStoreTest, WhatBreaksTheRulesIsRefusedWithAStatusAndALogEntry) {
+    struct Row {
+        std::function<long()> call;
+        long status;
+        std::string said;
+    };
+    std::string const longValue(257, 'v');
+    int value = 4711;
+    for (Row const& row : std::vector<Row>{
+             {[&] { return Cfg_GetBoolAttrValue("unknown", &value); }, ConfigStatus_UnknownName,
+              "setting \"unknown\": there is no such setting"},
+             {[&] { return Cfg_GetBoolAttrValue(nullptr, &value); }, ConfigStatus_BadArgument,
+              "no name"},
+             {[&] { return Cfg_GetBoolAttrValue("x", nullptr); }, ConfigStatus_BadArgument,
+              "no place"},
+             {[&] { return Cfg_GetBoolAttrValue("", &value); }, ConfigStatus_BadArgument,
+              "a name has 1 to 64 bytes"},
+             {[&] { return Cfg_SetAttrValue("unknown", "TRUE"); }, ConfigStatus_UnknownName,
+              "unknown"},
+             {[&] { return Cfg_SetAttrValue("x=y", "TRUE"); }, ConfigStatus_BadArgument, "no '='"},
+             {[&] { return Cfg_SetAttrValue("x\n", "TRUE"); }, ConfigStatus_BadArgument,
+              "no control byte"},
+             {[&] { return Cfg_SetAttrValue("x", nullptr); }, ConfigStatus_BadArgument, "no value"},
+             {[&] { return Cfg_SetAttrValue("x", "a\tb"); }, ConfigStatus_BadArgument,
+              "a value has at most 256 bytes"},
+             {[&] { return Cfg_SetAttrValue("x", longValue.c_str()); }, ConfigStatus_BadArgument,
+              "a value has at most 256 bytes"},
+             {[&] { return ConfigUpdate("x"); }, ConfigStatus_BadArgument, "NAME=VALUE"},
+             {[&] { return ConfigUpdate("=TRUE"); }, ConfigStatus_BadArgument, "a name has"},
+             {[&] { return ConfigUpdate(nullptr); }, ConfigStatus_BadArgument, "NAME=VALUE"},
+             {[&] { return ConfigUpdate("unknown=TRUE"); }, ConfigStatus_UnknownName, "unknown"},
+             {[&] { return ConfigUpdate("x=a\nb"); }, ConfigStatus_BadArgument, "a value has"}}) {
+        std::string const log = Log([&] { EXPECT_EQ(row.call(), row.status) << row.said; });
+        EXPECT_NE(log.find(row.said), std::string::npos) << log;
+        EXPECT_EQ(value, 4711);
+    }
+    EXPECT_EQ(Read("x"), 0) << "nothing was changed";
+}
+
+TEST_F(ConfigStoreTest, ADeclarationThatBreaksTheRulesIsRefused) {
+    std::string const log = Log([] {
+        EXPECT_FALSE(DeclareSetting("a=b", "TRUE"));
+        EXPECT_FALSE(DeclareSetting(" a", "TRUE"));
+        EXPECT_FALSE(DeclareSetting(std::string(65, 'n'), "TRUE"));
+        EXPECT_FALSE(DeclareSetting("a", "\x01"));
+    });
+    EXPECT_NE(log.find("DeclareSetting"), std::string::npos);
+    EXPECT_TRUE(DeclareSetting(std::string(64, 'n'), ""));
+}
+
+// Runs `work` in a process of its own and gives its exit code.
+int InChild(std::function<int()> const& work) {
+    pid_t const child = fork();
+    if (child == 0) {
+        _exit(work());
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST_F(ConfigStoreTest, ProcessesSeeEachOthersValues) {
+    EXPECT_EQ(Read("x"), 0);  // opened before the fork
+    EXPECT_EQ(InChild([] { return Cfg_SetAttrValue("x", "TRUE"); }), 0);
+    EXPECT_EQ(Read("x"), 1);
+    EXPECT_EQ(Cfg_SetAttrValue("x", "3"), 0);
+    EXPECT_EQ(InChild([] { return Read("x"); }), 3);
+}
+
+TEST_F(ConfigStoreTest, ALockedDatabaseIsAFailureThatChangesNothing) {
+    EXPECT_EQ(ConfigUpdate("x=FALSE"), 0);
+    {
+        Database other(File(), 0);
+        Transaction const writing(other);
+        std::string const log = Log([] {
+            EXPECT_EQ(ConfigUpdate("x=TRUE"), ConfigStatus_StoreFailed);
+            EXPECT_EQ(Cfg_SetAttrValue("x", "TRUE"), ConfigStatus_StoreFailed);
+        });
+        EXPECT_NE(log.find("configuration.db: database is locked"), std::string::npos) << log;
+        EXPECT_EQ(Read("x"), 0) << "reading goes on";
+    }
+    EXPECT_EQ(Read("x"), 0);
+    EXPECT_EQ(ConfigUpdate("x=TRUE"), 0);
+    EXPECT_EQ(Read("x"), 1);
+}
+
+TEST_F(ConfigStoreTest, AFileThatIsNoDatabaseIsNamedAndLeftAlone) {
+    std::string const text(4096, 'x');
+    folder.Write("state/configuration.db", text);
+    std::string const log = Log([] {
+        int value = 4711;
+        EXPECT_EQ(Cfg_GetBoolAttrValue("x", &value), ConfigStatus_StoreFailed);
+        EXPECT_EQ(value, 4711);
+        EXPECT_EQ(ConfigUpdate("x=TRUE"), ConfigStatus_StoreFailed);
+    });
+    EXPECT_NE(log.find(File() + ": file is not a database"), std::string::npos) << log;
+    std::ifstream file(File(), std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), text);
+}
+
+TEST_F(ConfigStoreTest, AFolderThatCannotBeMadeIsAFailure) {
+    folder.Write("file", "");
+    SetStateFolder(folder.path + "/file/state");
+    std::string const log =
+        Log([] { EXPECT_EQ(ConfigUpdate("x=TRUE"), ConfigStatus_StoreFailed); });
+    EXPECT_NE(log.find("Not a directory"), std::string::npos) << log;
+}
+
+TEST_F(ConfigStoreTest, TheFolderIsTheOwnersAloneAndTheDatabaseInWalMode) {
+    EXPECT_EQ(ConfigUpdate("x=TRUE"), 0);
+    namespace fs = std::filesystem;
+    EXPECT_EQ(fs::status(folder.path + "/state").permissions(), fs::perms::owner_all);
+    Database database(File(), 0);
+    Statement mode(database, "PRAGMA journal_mode");
+    ASSERT_TRUE(mode.Step());
+    EXPECT_EQ(mode.Text(0), "wal");
+}
+
+}  // namespace

@@ -1,0 +1,92 @@
+#!/usr/bin/env bash
+# quillo-render as a person runs it: exit codes, what goes to which stream, and pages that are valid
+# and show this machine.
+#
+#     quillo_render_test.sh QUILLO-RENDER TIDY
+set -euo pipefail
+
+render=$1 tidy=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+failures=0
+
+fail() {
+    printf 'FAILED: %s\n' "$*"
+    failures=$((failures + 1))
+}
+
+run() {  # EXIT-CODE ARGUMENT...
+    local expected=$1 status=0
+    shift
+    "$render" "$@" >"$folder/out" 2>"$folder/err" || status=$?
+    [[ $status == "$expected" ]] || fail "quillo-render $*: exit code $status, not $expected"
+}
+
+# The stream holds the text.
+holds() {  # out|err TEXT
+    grep -qF -- "$2" "$folder/$1" || fail "std$1 lacks: $2"
+}
+
+is_empty() {  # out|err
+    [[ ! -s $folder/$1 ]] || fail "std$1 is not empty: $(head -n 3 "$folder/$1")"
+}
+
+# A wrong command line is answered on standard error alone, with the usage.
+while read -r message arguments; do
+    # shellcheck disable=SC2086
+    run 2 $arguments
+    is_empty out
+    holds err "quillo-render: ${message//_/ }"
+    holds err "Usage: quillo-render [OPTIONS] PAGE"
+    holds err "  status "
+done <<'END'
+PAGE_is_required
+there_is_no_page_'Status' Status
+The_following_argument_was_not_expected:_--bogus status --bogus
+The_following_argument_was_not_expected:_processes status processes
+--language:_is_longer_than_63_bytes status -l aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa
+END
+
+run 0 --help
+holds out "Exit codes: 0 the page was written, 1 it was not, 2 the command line is wrong."
+is_empty err
+run 0 --version
+holds out "quillo-render "
+
+# Pages are valid in every language, and silent.
+for page in status processes; do
+    for language in en de ar; do
+        run 0 "$page" --language "$language"
+        is_empty err
+        "$tidy" -errors -quiet "$folder/out" || fail "$page in $language is not valid"
+        holds out "lang=\"$language\""
+    done
+done
+run 0 status -l 'fr;q=0.9, de;q=0.5'
+holds out "Netzwerkschnittstellen"
+
+# The status page shows this machine.
+run 0 status
+holds out "<td>$(uname -n)</td>"
+holds out "<td>$(uname -r)</td>"
+while read -r mount; do
+    holds out "<td>$mount</td>"
+done < <(findmnt --noheadings --real --output TARGET --mountpoint /)
+for interface in /sys/class/net/*/mtu; do
+    [[ ! -e $interface ]] || holds out "<td>$(basename "$(dirname "$interface")")</td>"
+done
+run 0 processes
+holds out "<td>1</td>"
+
+# All of the device log is shown when it is asked for.
+run 0 status --verbose
+holds err "src/text/uri_args.cpp"
+
+# A page that cannot be written is a failure that says why.
+status=0
+"$render" status >/dev/full 2>"$folder/err" || status=$?
+[[ $status == 1 ]] || fail "a full disk: exit code $status"
+holds err "quillo-render: page 'status': standard output cannot be written: No space left on device"
+
+((failures == 0)) && printf 'all as it should be\n'
+exit $((failures != 0))
