@@ -1,0 +1,11 @@
+# Runs PROGRAM and compares what it writes with the file EXPECTED, byte for byte.
+cmake_minimum_required(VERSION 3.25)
+execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE actual RESULT_VARIABLE status)
+file(READ ${EXPECTED} expected)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "The example ended with ${status}")
+endif()
+if(NOT "${actual}" STREQUAL "${expected}")
+  message("The document shows\n${expected}but the example writes\n${actual}")
+  message(FATAL_ERROR "They are not the same")
+endif()
