@@ -114,8 +114,8 @@ TEST_F(LoaReqTest, AServiceThatDoesNotInitialiseMakesInitFail) {
 }
 
 TEST_F(LoaReqTest, AnswersOfEverySizeUpToThePipesComeBackWhole) {
-    for (std::size_t size : {0, 1, 2, 255, 256, 257, 300, 511, 512, 513, 767, 768, 769, 999, 4095,
-                             4096, 4097, 65536}) {
+    for (std::size_t size : {0U, 1U, 2U, 255U, 256U, 257U, 300U, 511U, 512U, 513U, 767U, 768U, 769U,
+                             999U, 4095U, 4096U, 4097U, 65536U}) {
         std::string const answer = Pattern(size);
         EXPECT_EQ(Written(app, answer), answer) << size;
     }
@@ -258,7 +258,7 @@ void GiveUpRequest(ZOV_AppData& app, std::string const& text) {
 typedef LoaReqTest LoaReqDeathTest;
 
 TEST_F(LoaReqDeathTest, ARequestThatIsGivenUpRaisesNoSigpipe) {
-    for (std::size_t size : {1, 300, 4095, 4097, 5000, 65000}) {
+    for (std::size_t size : {1U, 300U, 4095U, 4097U, 5000U, 65000U}) {
         EXPECT_EXIT(GiveUpRequest(app, Pattern(size)), ::testing::ExitedWithCode(0), "") << size;
     }
     Platform().initializeResult = 1;
