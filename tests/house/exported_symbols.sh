@@ -7,7 +7,6 @@
 #     tests/house/exported_symbols.sh --collect LIBRARY LIST     writes the list anew
 set -euo pipefail
 export LC_ALL=C
-nm=${NM:-nm}
 
 # What the library calls of the platform.
 contract() {
@@ -42,14 +41,14 @@ END
 
 # An absolute symbol (A) is the name of a version, no function and no variable.
 exported() {
-    "$nm" -D --defined-only --demangle --without-symbol-versions "$library" |
+    nm -D --defined-only --demangle --without-symbol-versions "$library" |
         sed -nE 's/^[0-9a-f]+ [^A] //p' | sort -u
 }
 
 # What a library of the system defines bears a version; what no library defines bears none, and may
 # only stay so if it is weak.
 imported() {
-    "$nm" -D --undefined-only --demangle "$library" | sed -nE '/@/d; s/^ +U //p' | sort -u
+    nm -D --undefined-only --demangle "$library" | sed -nE '/@/d; s/^ +U //p' | sort -u
 }
 
 compare() {  # WHAT EXPECTED ACTUAL

@@ -28,8 +28,8 @@ END
 # Files elsewhere may include anything but what lies in src/. Tests may include that as well.
 readonly unchecked='tests/*'
 
-# The headers that everyone may include: those of C++; of C, as <cNAME> and as <NAME.h>; of POSIX, of
-# the C library and of the compiler's runtime, as <NAME.h>; and the folders of the system.
+# The headers that everyone may include: those of C++; of C, as <cNAME> and as <NAME.h>; of POSIX,
+# of the C library and of the compiler's runtime, as <NAME.h>; and the folders of the system.
 readonly cxx_headers='
 algorithm any array atomic bitset charconv chrono codecvt complex condition_variable deque exception
 execution filesystem forward_list fstream functional future initializer_list iomanip ios iosfwd

@@ -100,7 +100,7 @@ expect "an include behind a comment" "src/enums/texts.cpp:2: #include <glb.h>: "
 expect "comment marks in strings" "src/enums/texts.cpp:2: #include <glb.h>: " \
     src/enums/texts.cpp 'char const* a = "/*\"/*"; char b = '"'\"'"'; int c = 1'"'"'000; // "/*' \
     '#include <glb.h>'
-expect "a comment that was left open in the file before" "src/text/filter.cpp:1: #include <glb.h>: " \
+expect "a comment left open in the file before" "src/text/filter.cpp:1: #include <glb.h>: " \
     src/text/filter.cpp '#include <glb.h>' '/* open'
 expect "an include by a macro" "src/enums/texts.cpp:1: #include HEADER: " \
     src/enums/texts.cpp '#include HEADER'
