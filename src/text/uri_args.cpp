@@ -25,7 +25,7 @@ char languageBuffer[longestName + 1];
 // At most five bytes of `name`.
 char* InBuffer(char const* name) {
     std::memset(languageBuffer, 0, sizeof languageBuffer);
-    std::strncpy(languageBuffer, name, longestName);
+    std::memcpy(languageBuffer, name, strnlen(name, longestName));
     return languageBuffer;
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -32,6 +33,14 @@ TEST(GlbStrcmp, TakesNullForEqualToNullAlone) {
     EXPECT_EQ(Glb_strcmp(nullptr, nullptr), 0);
     EXPECT_LT(Glb_strcmp(nullptr, ""), 0);
     EXPECT_GT(Glb_strcmp("", nullptr), 0);
+}
+
+TEST(GlbContainers, GiveASignedSizeAndOneElementMore) {
+    EXPECT_EQ(Glb::isize(std::string("four")), 4);
+    std::vector<std::string> texts = {"a"};
+    Glb::extend_one(texts) = "b";
+    EXPECT_EQ(texts, (std::vector<std::string>{"a", "b"}));
+    EXPECT_EQ(Glb::isize(texts), 2);
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ std::string Measured() {
 }
 
 TEST(Host, ReadsUptimeLoadAndProcessCount) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Write("proc/uptime", "93784.99 180000.00\n");
     machine.Write("proc/loadavg", "0.15 10.10 0.05 1/234 5678\n");
     for (char const* name : {"1", "42", "4711", "self", "42x", "x42"}) {
@@ -33,7 +33,7 @@ TEST(Host, ReadsUptimeLoadAndProcessCount) {
 }
 
 TEST(Host, CannotHaveWhatItsFilesDoNotTell) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     EXPECT_EQ(Measured(), "~|~|~|~|0\n");
     machine.Write("proc/uptime", "");
     machine.Write("proc/loadavg", "0.15 0.10\n");

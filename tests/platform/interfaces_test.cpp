@@ -87,8 +87,8 @@ protected:
     }
 
     InterfaceList list;
-    FixtureMachine const machine;
-    ChangedSystemCalls const calls;
+    FixtureMachine machine;
+    ChangedSystemCalls calls;
 };
 
 std::vector<unsigned char> const mac = {0x02, 0x42, 0xac, 0x11, 0x00, 0xff};

@@ -13,7 +13,7 @@ namespace {
 using QuilloHost::ReadMemory;
 
 TEST(Memory, IsInBytes) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Write("proc/meminfo",
                   "MemTotal:       24684096 kB\n"
                   "MemFree:              17 kB\n"
@@ -25,7 +25,7 @@ TEST(Memory, IsInBytes) {
 }
 
 TEST(Memory, CannotHaveWhatTheFileDoesNotTell) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Write("proc/meminfo",
                   "XMemTotal: 1 kB\n"
                   "MemAvailable: many kB\n"
@@ -38,7 +38,7 @@ TEST(Memory, CannotHaveWhatTheFileDoesNotTell) {
 }
 
 TEST(Memory, IsNotThereWithoutItsFile) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     CapturedStderr const captured;
     EXPECT_EQ(Shown(ReadMemory()), "no table\n");
     EXPECT_NE(captured.Text().find("error "), std::string::npos);

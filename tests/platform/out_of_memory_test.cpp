@@ -135,7 +135,7 @@ void CheckFormatter(char const* object, std::string const& expected) {
 }
 
 TEST(OutOfMemory, AFormatterAnswersWholeOrFails) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Write("proc/meminfo", "MemTotal: 2 kB\n");
     machine.Write("proc/7/stat", "7 (x) S 1 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 3 0 5 6 7 8\n");
     std::string const fallback = "Unavailable, whatever the reason was";

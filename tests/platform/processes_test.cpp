@@ -29,7 +29,7 @@ std::string Bytes(unsigned pages) {
 }
 
 TEST(Processes, AreSortedByMemoryAndThenById) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Write("proc/9/stat", Stat("nine", 'S', 1, "5"));
     machine.Write("proc/10/stat", Stat("ten", 'R', 12, "5"));
     machine.Write("proc/2/stat", Stat("two", 'Z', 1, "0"));
@@ -41,14 +41,14 @@ TEST(Processes, AreSortedByMemoryAndThenById) {
 
 TEST(Processes, MayHaveAnyName) {
     for (std::string const name : {"a b", "(a)", "a) S 1 (b", "a\nb", ")", "(", "", ") ", "\t"}) {
-        FixtureMachine const machine;
+        FixtureMachine machine;
         machine.Write("proc/5/stat", Stat(name, 'S', 1, "1"));
         EXPECT_EQ(Shown(ReadProcesses()), "5|" + name + "|S|" + Bytes(1) + "|1\n") << name;
     }
 }
 
 TEST(Processes, AreLeftOutWhenTheyEndWhileTheyAreRead) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Write("proc/5/other", "");
     machine.Write("proc/6/stat", "");
     machine.Write("proc/7/stat", "7 (cut");
@@ -61,7 +61,7 @@ TEST(Processes, AreLeftOutWhenTheyEndWhileTheyAreRead) {
 }
 
 TEST(Processes, AreNotThereWithoutTheirFolder) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     machine.Remove("proc");
     CapturedStderr const captured;
     EXPECT_EQ(Shown(ReadProcesses()), "no table\n");

@@ -71,7 +71,7 @@ TEST(SpaceProbe, LeavesSignalsToOtherThreads) {
 }
 
 TEST(AskFileSystem, CountsInBytes) {
-    ChangedSystemCalls const calls;
+    ChangedSystemCalls calls;
     SystemCalls::Now().statvfs = [](std::string const&, struct statvfs& figures) {
         figures.f_bsize = 1;
         figures.f_frsize = 4096;

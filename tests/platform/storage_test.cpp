@@ -43,8 +43,8 @@ protected:
         return Shown(ReadStorage());
     }
 
-    FixtureMachine const machine;
-    ChangedSystemCalls const calls;
+    FixtureMachine machine;
+    ChangedSystemCalls calls;
 };
 
 std::string const figures = "|512000|358400|102400\n";
@@ -121,7 +121,7 @@ TEST_F(Storage, AsksNoFileSystemOnTheCallersThread) {
 }
 
 TEST(StorageFile, IsNeeded) {
-    FixtureMachine const machine;
+    FixtureMachine machine;
     CapturedStderr const captured;
     EXPECT_EQ(Shown(ReadStorage()), "no table\n");
     EXPECT_NE(captured.Text().find("error "), std::string::npos);

@@ -32,7 +32,7 @@ std::string LevelName(int level) {
     return level == logSpecInfo ? "info" : "force";
 }
 
-std::string Formatted(char const* format, va_list arguments) {
+__attribute__((format(printf, 1, 0))) std::string Formatted(char const* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     int const length = std::vsnprintf(nullptr, 0, format, arguments);

@@ -1,14 +1,17 @@
 #include <climits>
-#include <locale>
-#include <random>
+#include <cstdio>
 
 #include "support/guarded_text.hpp"
 #include "support/page_test.hpp"
+#include "text/digit_grouping.hpp"
 #include "text/hex_digit.hpp"
+#include "text/sample_texts.hpp"
 
 using namespace Quillo;
 
 namespace {
+
+using EncodersTest = PageTest;
 
 struct Row {
     std::string text;
@@ -19,170 +22,150 @@ std::string Byte(int byte) {
     return std::string(1, static_cast<char>(byte));
 }
 
-std::string Decoded(std::string const& text) {
-    return PcntDecode(text.c_str(), nullptr);
+// What percent encoding makes of a byte, from the rules and not from the code.
+std::string EncodedByte(char c) {
+    std::string const kept = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-";
+    if (kept.find(c) != std::string::npos) {
+        return std::string(1, c);
+    }
+    char escape[4];
+    std::snprintf(escape, sizeof escape, "%%%02X", static_cast<unsigned>(c) & 0xFF);
+    return escape;
+}
+
+// The bytes of `text`, with a backslash before each one that is in `special`.
+std::string WithBackslashes(std::string const& text, std::string const& special) {
+    std::string result;
+    for (char const c : text) {
+        result += (special.find(c) != std::string::npos ? "\\" : "") + std::string(1, c);
+    }
+    return result;
 }
 
 TEST(PcntEncode, KeepsLettersDigitsAndFourBytes) {
     for (Row const& row :
          {Row{"", ""}, Row{"a b", "a%20b"}, Row{"/dir/file_name-1.txt", "/dir/file_name-1.txt"},
-          Row{"~+=", "%7E%2B%3D"}, Row{"&?%", "%26%3F%25"}, Row{"\xC3\xA9", "%C3%A9"},
-          Row{std::string("ab\0cd", 5), "ab"}}) {
+          Row{"~", "%7E"}, Row{"+", "%2B"}, Row{"=", "%3D"}, Row{"&?%", "%26%3F%25"},
+          Row{"\xC3\xA9", "%C3%A9"}, Row{"\x01\xFF", "%01%FF"}, Row{"%41", "%2541"}}) {
         EXPECT_EQ(PcntEncode(row.text), row.result);
         EXPECT_EQ(PcntEncode(row.text.c_str()), row.result);
     }
 }
 
 TEST(PcntEncode, EveryOtherByteBecomesTwoUpperCaseDigits) {
-    std::string const kept = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789/._-";
-    for (int byte = 1; byte < 256; ++byte) {
-        char escape[4];
-        std::snprintf(escape, sizeof escape, "%%%02X", static_cast<unsigned>(byte));
-        bool const isKept = kept.find(static_cast<char>(byte)) != std::string::npos;
-        EXPECT_EQ(PcntEncode(Byte(byte)), isKept ? Byte(byte) : escape) << byte;
+    for (char const c : AllBytes()) {
+        EXPECT_EQ(PcntEncode(std::string(1, c)), EncodedByte(c));
     }
 }
 
-TEST(PcntDecode, DecodesEscapesAndLeavesThePlus) {
-    for (Row const& row :
-         {Row{"", ""}, Row{"a+b%20c", "a+b c"}, Row{"%41%62", "Ab"}, Row{"%c3%A9", "\xC3\xA9"},
-          Row{"%u00e9", "\xC3\xA9"}, Row{"%u20AC", "\xE2\x82\xAC"},
-          Row{"%u007F%u0080%u07FF%u0800%uFFFF", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"}}) {
-        EXPECT_EQ(Decoded(row.text), row.result) << row.text;
-    }
-}
-
-TEST(PcntDecode, SurrogatesAreNotPaired) {
-    EXPECT_EQ(Decoded("%uD83D%uDE00"), "\xED\xA0\xBD\xED\xB8\x80");
-}
-
-TEST(PcntDecode, OneDigitIsEnough) {
-    EXPECT_EQ(Decoded("%4g"), "\x04g");
-    EXPECT_EQ(Decoded("%4"), "\x04");
-    EXPECT_EQ(Decoded("%f%41"),
-              "\x0F"
-              "A");
-}
-
-TEST(PcntDecode, AnEscapeWithoutDigitsEndsTheText) {
-    for (Row const& row :
-         {Row{"ab%zzcd", "ab"}, Row{"abc%", "abc"}, Row{"%U0041", ""}, Row{"a%00b", "a"},
-          Row{"a%0g", "a"}, Row{"a%u0000b", "a"}, Row{"a%%41", "a"}, Row{"a%uzzzzb", "a"}}) {
-        EXPECT_EQ(Decoded(row.text), row.result) << row.text;
-    }
-}
-
-TEST(PcntDecode, WhatIsNoDigitBehindPercentUCountsAsZero) {
-    EXPECT_EQ(Decoded("%uz041b"), "Ab");
-    EXPECT_EQ(Decoded("%u4z4zb"),
-              "\xE4\x81\x80"
-              "b");
-    EXPECT_EQ(Decoded("%u00%41"),
-              "\x04"
-              "1")
-        << "a percent sign is no digit either: 0x0004 is what %u00%4 gives";
-}
-
-TEST(PcntDecode, DigitsThatTheEndOfTheTextLeavesOutAreZeroByPosition) {
-    for (Row const& row : {Row{"%u4", "\xE4\x80\x80"}, Row{"%u41", "\xE4\x84\x80"},
-                           Row{"%u004", "\x40"}, Row{"%u00e", "\xC3\xA0"}, Row{"x%u", "x"}}) {
-        EXPECT_EQ(Decoded(row.text), row.result) << row.text;
-    }
-}
-
-TEST(PcntDecode, TheBoundIsLookedAtBetweenEscapesOnly) {
-    std::string const text = "x%41yz";
-    struct Case {
-        std::size_t bound;
-        std::string result;
-    };
-    for (Case const& c : {Case{0, ""}, Case{1, "x"}, Case{2, "xA"}, Case{3, "xA"}, Case{4, "xA"},
-                          Case{5, "xAy"}, Case{6, "xAyz"}, Case{7, "xAyz"}}) {
-        EXPECT_EQ(PcntDecode(text.c_str(), text.c_str() + c.bound), c.result) << c.bound;
-    }
-    std::string const args = "%u00&41=b";
-    EXPECT_EQ(PcntDecode(args.c_str(), args.c_str() + 4), "\x04") << "steps over the bound";
-}
-
-TEST(PcntDecode, NeverReadsPastTheEndOfTheText) {
-    for (std::string const& text :
-         {std::string("abc%"), std::string("%u"), std::string("%u1"), std::string("%u12"),
-          std::string("%u123"), std::string("%u1234"), std::string("%4"), std::string("%41"),
-          std::string("a%20b%u00e9%zz%u4")}) {
-        for (std::size_t length = 0; length <= text.size(); ++length) {
-            GuardedText const guarded(text.substr(0, length));
-            std::string const expected = PcntDecode(text.substr(0, length).c_str(), nullptr);
-            EXPECT_EQ(PcntDecode(guarded.c_str(), nullptr), expected);
-            EXPECT_EQ(PcntDecode(guarded.c_str(), guarded.c_str() + length), expected);
+TEST(PcntEncode, EncodesEachByteByItself) {
+    for (std::string const& text : RandomTexts(AllBytes(), 40, 2000)) {
+        std::string expected;
+        for (char const c : text) {
+            expected += EncodedByte(c);
         }
+        EXPECT_EQ(PcntEncode(text), expected);
     }
 }
 
-TEST(PcntDecode, UndoesTheEncodingOfAnyText) {
-    std::mt19937 random(7);
-    for (int round = 0; round < 2000; ++round) {
-        std::string text;
-        for (std::size_t left = random() % 30; left > 0; --left) {
-            text += static_cast<char>(1 + random() % 255);
-        }
-        EXPECT_EQ(Decoded(PcntEncode(text)), text);
+TEST(PcntEncode, DecodingGivesTheTextBack) {
+    for (std::string const& text : RandomTexts(AllBytes(), 40, 3000)) {
+        EXPECT_EQ(PcntDecode(PcntEncode(text).c_str(), nullptr), text);
     }
+    EXPECT_EQ(PcntDecode(PcntEncode(AllBytes()).c_str(), nullptr), AllBytes());
 }
 
 TEST(AddSlashes, EscapesBothQuotesAndTheBackslash) {
-    for (Row const& row :
-         {Row{"", ""}, Row{"it's", "it\\'s"}, Row{"a\\b", "a\\\\b"}, Row{"\"", "\\\""},
-          Row{"\n\t\x01", "\n\t\x01"}, Row{std::string("a'\0b", 4), "a\\'"}}) {
+    for (Row const& row : {Row{"", ""}, Row{"it's", "it\\'s"}, Row{"a\\b", "a\\\\b"},
+                           Row{"\"", "\\\""}, Row{"\\'", "\\\\\\'"}, Row{"\n\t\x01", "\n\t\x01"},
+                           Row{"`/<&\x80\xFF", "`/<&\x80\xFF"}}) {
         EXPECT_EQ(AddSlashes(row.text), row.result);
         EXPECT_EQ(AddSlashes(row.text.c_str()), row.result);
     }
-    for (int byte = 1; byte < 256; ++byte) {
-        bool const isSpecial = byte == '\\' || byte == '"' || byte == '\'';
-        EXPECT_EQ(AddSlashes(Byte(byte)), (isSpecial ? "\\" : "") + Byte(byte)) << byte;
+    EXPECT_EQ(AddSlashes(AllBytes()), WithBackslashes(AllBytes(), "\\\"'"));
+    for (std::string const& text : AllTexts("\\\"'a", 5)) {
+        EXPECT_EQ(AddSlashes(text), WithBackslashes(text, "\\\"'"));
     }
 }
 
 TEST(EscapeJavascriptString, EscapesTheDoubleQuoteAndTheBackslash) {
-    for (Row const& row : {Row{"", ""}, Row{"it's", "it's"}, Row{"\"", "\\\""}, Row{"\\", "\\\\"},
-                           Row{"say \"it's\"", "say \\\"it's\\\""}}) {
+    for (Row const& row :
+         {Row{"", ""}, Row{"it's", "it's"}, Row{"\"", "\\\""}, Row{"\\", "\\\\"},
+          Row{"say \"it's\"", "say \\\"it's\\\""}, Row{"</script>\n", "</script>\n"}}) {
         EXPECT_EQ(EscapeJavascriptString(row.text), row.result);
     }
-    for (int byte = 1; byte < 256; ++byte) {
-        bool const isSpecial = byte == '\\' || byte == '"';
-        EXPECT_EQ(EscapeJavascriptString(Byte(byte)), (isSpecial ? "\\" : "") + Byte(byte));
+    EXPECT_EQ(EscapeJavascriptString(AllBytes()), WithBackslashes(AllBytes(), "\\\""));
+    for (char const c : AllBytes()) {
+        std::string const text(1, c);
+        EXPECT_EQ(EscapeJavascriptString(text), WithBackslashes(text, "\\\""));
+    }
+    for (std::string const& text : AllTexts("\\\"'a", 5)) {
+        EXPECT_EQ(EscapeJavascriptString(text), WithBackslashes(text, "\\\""));
     }
 }
 
-TEST(EscapeJavascriptString, ANulEndsTheTextOnlyWhereSomethingIsEscaped) {
+TEST(EscapeJavascriptString, ANulIsKeptWhereNothingIsEscaped) {
     EXPECT_EQ(EscapeJavascriptString(std::string("a\0b", 3)), std::string("a\0b", 3));
-    EXPECT_EQ(EscapeJavascriptString(std::string("\"a\0b", 4)), "\\\"a");
-    EXPECT_EQ(EscapeJavascriptString(std::string("a\0\"", 3)), "a");
+    EXPECT_EQ(EscapeJavascriptString(std::string("\0'", 2)), std::string("\0'", 2));
 }
 
-class Grouping : public std::numpunct<char> {
-    std::string do_grouping() const override { return "\3"; }
-    char do_thousands_sep() const override { return '.'; }
-};
+TEST(EscapeJavascriptString, ANulCutsTheTextWhereSomethingIsEscapedOnEitherSideOfIt) {
+    EXPECT_EQ(EscapeJavascriptString(std::string("\"a\0b", 4)), "\\\"a");
+    EXPECT_EQ(EscapeJavascriptString(std::string("a\0\"", 3)), "a");
+    EXPECT_EQ(EscapeJavascriptString(std::string("\0\\", 2)), "");
+}
 
-TEST(EscapeJavascriptString, NumbersAreDigitsAloneWhateverTheGlobalLocaleGroups) {
-    std::locale const before = std::locale::global(std::locale(std::locale(), new Grouping));
-    EXPECT_EQ(EscapeJavascriptString(-42), "-42");
-    EXPECT_EQ(EscapeJavascriptString(0), "0");
-    EXPECT_EQ(EscapeJavascriptString(INT_MAX), "2147483647");
-    EXPECT_EQ(EscapeJavascriptString(INT_MIN), "-2147483648");
-    std::locale::global(before);
+TEST(EscapeJavascriptString, ANumberIsItsDecimalDigits) {
+    struct Case {
+        int number;
+        std::string digits;
+    };
+    for (Case const& c : {Case{-42, "-42"}, Case{0, "0"}, Case{7, "7"}, Case{1234567, "1234567"},
+                          Case{INT_MAX, "2147483647"}, Case{INT_MIN, "-2147483648"}}) {
+        EXPECT_EQ(EscapeJavascriptString(c.number), c.digits);
+        DigitGrouping const grouping;
+        EXPECT_EQ(EscapeJavascriptString(c.number), c.digits) << "whatever the locale groups";
+    }
 }
 
 TEST(HexDigitValue, AByteThatIsNoDigitCountsAsZero) {
-    std::string const digits = "0123456789abcdef";
     for (int byte = 0; byte < 256; ++byte) {
+        std::string const digits = "0123456789abcdef";
+        std::string const upper = "ABCDEF";
         std::size_t value = digits.find(static_cast<char>(byte));
-        if (byte >= 'A' && byte <= 'F') {
-            value = static_cast<std::size_t>(byte - 'A' + 10);
+        if (upper.find(static_cast<char>(byte)) != std::string::npos) {
+            value = 10 + upper.find(static_cast<char>(byte));
         }
         int const expected = value == std::string::npos ? 0 : static_cast<int>(value);
         EXPECT_EQ(HexDigitValue(static_cast<char>(byte)), expected) << byte;
     }
+}
+
+TEST_F(EncodersTest, AStringIsReadUpToItsFirstNul) {
+    std::string const text("a b'\0c d'", 9);
+    EXPECT_EQ(PcntEncode(text), "a%20b%27");
+    EXPECT_EQ(AddSlashes(text), "a b\\'");
+}
+
+TEST_F(EncodersTest, NeverReadPastTheEndOfTheText) {
+    for (std::string const& text : std::vector<std::string>{"", "a", "'", "\\", "%", "a b'c\xFF"}) {
+        GuardedText const guarded(text);
+        EXPECT_EQ(PcntEncode(guarded.c_str()), PcntEncode(text));
+        EXPECT_EQ(AddSlashes(guarded.c_str()), AddSlashes(text));
+    }
+}
+
+TEST_F(EncodersTest, ReportNothing) {
+    for (int byte = 0; byte < 256; ++byte) {
+        std::string const text = "%" + Byte(byte) + "\"%u" + Byte(byte);
+        PcntEncode(text);
+        PcntDecode(text.c_str(), nullptr);
+        AddSlashes(text);
+        EscapeJavascriptString(text);
+        EscapeJavascriptString(byte);
+    }
+    EXPECT_EQ(Platform().Trace(), "");
+    EXPECT_EQ(DebugLines().size(), 0U);
 }
 
 }  // namespace

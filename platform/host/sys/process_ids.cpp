@@ -1,29 +1,45 @@
 #include "host/sys/process_ids.hpp"
 
+#include <dirent.h>
+
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
-#include <string>
+#include <cstring>
+#include <memory>
 #include <system_error>
 
 #include "host/sys/roots.hpp"
 
 namespace QuilloHost {
 
+namespace {
+
+struct FolderCloser {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
+// The number that `name` is; nothing when it is none.
+std::optional<int> IdOf(char const* name) {
+    int id = 0;
+    char const* const end = name + std::strlen(name);
+    auto const parsed = std::from_chars(name, end, id);
+    bool const isNumber = parsed.ec == std::errc() && parsed.ptr == end;
+    return isNumber ? std::optional<int>(id) : std::nullopt;
+}
+
+}  // namespace
+
+// Not by std::filesystem, which ends the process when memory runs out.
 std::optional<std::vector<int>> ReadProcessIds() {
-    std::error_code error;
-    std::vector<int> ids;
-    std::filesystem::directory_iterator entries(MachineRoots().proc, error);
-    for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-        std::string const name = entries->path().filename().string();
-        int id = 0;
-        auto const parsed = std::from_chars(name.data(), name.data() + name.size(), id);
-        if (parsed.ec == std::errc() && *parsed.ptr == '\0') {
-            ids.push_back(id);
-        }
-    }
-    if (error) {
+    std::unique_ptr<DIR, FolderCloser> const folder(opendir(MachineRoots().proc.c_str()));
+    if (folder == nullptr) {
         return std::nullopt;
+    }
+    std::vector<int> ids;
+    while (dirent const* const entry = readdir(folder.get())) {
+        if (std::optional<int> const id = IdOf(entry->d_name)) {
+            ids.push_back(*id);
+        }
     }
     std::sort(ids.begin(), ids.end());
     return ids;
