@@ -149,7 +149,7 @@ TEST_F(TextAllocTest, GetUriArgsThrowsBadAllocAloneAndTheNextCallWorks) {
         [&](bool hasReturned) {
             if (hasReturned) {
                 EXPECT_EQ(got, whole);
-                EXPECT_EQ(Platform().log.size(), 9U) << "the device log is told all the same";
+                EXPECT_EQ(Platform().log.size(), 10U) << "the device log is told all the same";
             }
             EXPECT_EQ(Args(text.c_str(), defaults), whole);
         });
