@@ -52,22 +52,23 @@ inline void* Allocate(std::size_t size) {
 
 }  // namespace FailingMemory
 
-void* operator new(std::size_t size) {
+// Not inlined: the compiler would see memory of operator new go to free.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     return FailingMemory::Allocate(size);
 }
-void* operator new[](std::size_t size) {
+[[gnu::noinline]] void* operator new[](std::size_t size) {
     return FailingMemory::Allocate(size);
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
-void operator delete[](void* memory) noexcept {
+[[gnu::noinline]] void operator delete[](void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
-void operator delete[](void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
