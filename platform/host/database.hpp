@@ -8,10 +8,11 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace QuilloHost {
 
-// What SQLite says went wrong, the database's path in front.
+// What went wrong, the database's path in front, and what can be done.
 class DatabaseError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -40,7 +41,7 @@ class Statement {
 public:
     Statement(Database& database, char const* sql);
 
-    Statement& Bind(std::string const& text);
+    Statement& Bind(std::string_view text);
 
     // Goes to the next row of the result; false behind the last one. Throws DatabaseError.
     bool Step();

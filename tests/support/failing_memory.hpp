@@ -59,6 +59,12 @@ inline void* Allocate(std::size_t size) {
 [[gnu::noinline]] void* operator new[](std::size_t size) {
     return FailingMemory::Allocate(size);
 }
+[[gnu::noinline]] void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    return FailingMemory::allowance == 0 ? nullptr : FailingMemory::Allocate(size);
+}
+[[gnu::noinline]] void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
+    return FailingMemory::allowance == 0 ? nullptr : FailingMemory::Allocate(size);
+}
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
