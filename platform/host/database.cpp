@@ -4,33 +4,13 @@ namespace QuilloHost {
 
 namespace {
 
-// What the reader of the log can do about a failure. Nothing was changed, and nothing deleted.
-char const* Remedy(int result) {
-    switch (result & 0xFF) {  // the rest tells more of the same failure
-        case SQLITE_BUSY:
-            return "another program is writing to it; try again";
-        case SQLITE_FULL:
-        case SQLITE_IOERR:
-            return "see that its file system has room, and is sound";
-        case SQLITE_CORRUPT:
-        case SQLITE_NOTADB:
-            return "move it away, together with its -wal file, to begin with the defaults";
-        case SQLITE_CANTOPEN:
-        case SQLITE_READONLY:
-        case SQLITE_PERM:
-            return "the service must be able to write to it and to its folder";
-        default:
-            return "see that it is a configuration database";
-    }
-}
-
 sqlite3* Open(std::string const& path) {
     sqlite3* connection = nullptr;
     int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW;
     int const result = sqlite3_open_v2(path.c_str(), &connection, flags, nullptr);
     if (result != SQLITE_OK) {
         sqlite3_close(connection);
-        throw DatabaseError(path + ": " + sqlite3_errstr(result) + "; " + Remedy(result));
+        throw DatabaseError(path + ": " + sqlite3_errstr(result));
     }
     return connection;
 }
@@ -49,8 +29,7 @@ void Database::Run(char const* sql) {
 }
 
 void Database::Fail() const {
-    throw DatabaseError(path + ": " + sqlite3_errmsg(handle()) + "; " +
-                        Remedy(sqlite3_errcode(handle())));
+    throw DatabaseError(path + ": " + sqlite3_errmsg(handle()));
 }
 
 Statement::Statement(Database& database, char const* sql)
@@ -62,7 +41,7 @@ Statement::Statement(Database& database, char const* sql)
     statement.reset(prepared);
 }
 
-Statement& Statement::Bind(std::string_view text) {
+Statement& Statement::Bind(std::string const& text) {
     // SQLite copies the text, for it may be gone before the statement is run.
     if (sqlite3_bind_text(statement.get(), ++bound, text.data(), static_cast<int>(text.size()),
                           SQLITE_TRANSIENT) != SQLITE_OK) {

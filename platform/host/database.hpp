@@ -8,11 +8,10 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 namespace QuilloHost {
 
-// What went wrong, the database's path in front, and what can be done.
+// What SQLite says went wrong, the database's path in front.
 class DatabaseError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -41,7 +40,7 @@ class Statement {
 public:
     Statement(Database& database, char const* sql);
 
-    Statement& Bind(std::string_view text);
+    Statement& Bind(std::string const& text);
 
     // Goes to the next row of the result; false behind the last one. Throws DatabaseError.
     bool Step();

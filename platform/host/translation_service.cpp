@@ -1,12 +1,11 @@
 // The translation service: phrases of the catalogs, in the language that suits the reader best.
 #include <algorithm>
+#include <cstdio>
 #include <exception>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "host/answer_stream.hpp"
 #include "host/catalogs.hpp"
 #include "host/contract.hpp"
 #include "host/language_lookup.hpp"
@@ -27,27 +26,14 @@ std::string CatalogFor(char const* preferred) {
     return LookUpLanguage(preferred, CatalogNames(), defaultCatalog).value_or(defaultCatalog);
 }
 
-bool IsThere(std::string const& catalog) {
-    std::vector<std::string> const& names = CatalogNames();
-    return std::find(names.begin(), names.end(), catalog) != names.end();
-}
-
-// A phrase that its catalog lacks is logged once, and so is a catalog that is not there.
+// A phrase that its catalog lacks; a catalog that is not there was logged when it was looked for.
 void LogOnce(std::string const& catalog, std::string const& phrase) {
     static std::set<std::string> known;
-    bool const isThere = IsThere(catalog);
-    std::string const key = isThere ? catalog + "\n" + phrase : catalog;
-    if (known.size() >= mostUnknown || !known.insert(key).second) {
-        return;
-    }
-    if (isThere) {
+    std::vector<std::string> const& names = CatalogNames();
+    bool const isThere = std::find(names.begin(), names.end(), catalog) != names.end();
+    if (isThere && known.size() < mostUnknown && known.insert(catalog + "\n" + phrase).second) {
         Log_SpecEntry(logSpecWarn, __FILE__, __LINE__, "catalog %s has no phrase \"%s\"",
                       catalog.c_str(), phrase.c_str());
-    } else {
-        Log_SpecEntry(logSpecWarn, __FILE__, __LINE__,
-                      "there is no catalog %s: a reader whom no other catalog suits gets the "
-                      "phrases themselves",
-                      catalog.c_str());
     }
 }
 
@@ -64,19 +50,11 @@ std::string Translate(std::string const& catalog, std::string const& phrase) {
     return translation.value_or(phrase);
 }
 
-// Nothing is written for a request that lost its context, since the phrase could end up in a place
-// that it is not escaped for.
 void WritePhrase(ZOV_AppData& app, char const* phrase) {
     RequestState const* const state = FindRequest(&app);
-    if (state != nullptr && state->isIncomplete) {
-        Log_SpecEntry(logSpecError, __FILE__, __LINE__,
-                      "HTTP_Translate_Phrase: \"%s\": memory ran out while the request was set up",
-                      phrase);
-        return;
-    }
     std::string const context = state != nullptr ? state->context.value_or("") : "";
     std::string const text = InContext(context, Translate(CatalogFor(app.preferredLang), phrase));
-    WriteAnswer(app.out, text, "HTTP_Translate_Phrase");
+    std::fwrite(text.data(), 1, text.size(), app.out);
 }
 
 }  // namespace
@@ -101,7 +79,8 @@ char* HTTP_Extension_Translation_Lang(char const* preferred) {
 int Trans_LangExists(char const* code) {
     try {
         std::string const range = code != nullptr ? code : "";
-        return range.size() == 2 && LookUpLanguage(range, CatalogNames(), defaultCatalog) ? 1 : 0;
+        bool const isCode = range.size() == 2 && range != "*";
+        return isCode && LookUpLanguage(range, CatalogNames(), defaultCatalog) ? 1 : 0;
     } catch (std::exception const& error) {
         Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", __func__, error.what());
         return 0;
