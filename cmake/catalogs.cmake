@@ -4,7 +4,6 @@ find_program(MSGFMT msgfmt REQUIRED)
 mark_as_advanced(MSGFMT)
 
 function(quillo_add_catalogs target folder out)
-  set(catalogs)
   foreach(name IN LISTS ARGN)
     set(source ${folder}/${name}.po)
     set(catalog ${out}/${name}/LC_MESSAGES/quillo.mo)
