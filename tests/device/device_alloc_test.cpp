@@ -6,9 +6,9 @@
 #include <new>
 #include <quillo>
 
-#include "device/failing_new.hpp"
 #include "device/heapless_platform.hpp"
 #include "device/open_descriptors.hpp"
+#include "support/failing_memory.hpp"
 
 using namespace Quillo;
 
@@ -35,27 +35,27 @@ protected:
     template <class Prepare, class Request, class Check>
     int ForEachFailure(Prepare prepare, Request request, Check check) {
         int tried = 0;
-        for (bool andAllAfter : {false, true}) {
+        for (FailingMemory::Failure const failure :
+             {FailingMemory::Once, FailingMemory::AllFromThenOn}) {
             bool hasFailed = true;
-            for (int nth = 1; hasFailed; ++nth) {
+            for (int allowance = 0; hasFailed; ++allowance) {
                 debugMsgs = Div();
                 Heapless().logEntries = 0;
                 prepare();
                 bool hasThrown = false;
-                {
-                    FailingNew const failing(nth, andAllAfter);
-                    try {
-                        request();
-                    } catch (std::bad_alloc const&) {
-                        hasThrown = true;
-                    }
-                    hasFailed = failing.HasFailed();
+                FailingMemory::Allow(allowance, failure);
+                try {
+                    request();
+                } catch (std::bad_alloc const&) {
+                    hasThrown = true;
                 }
+                FailingMemory::AllowAll();
+                hasFailed = FailingMemory::hasFailed;
                 EXPECT_LE(hasThrown, hasFailed);
                 ExpectNothingLeft();
                 check(hasThrown);
                 if (HasFailure()) {
-                    ADD_FAILURE() << "with allocation " << nth << " failing";
+                    ADD_FAILURE() << "after " << allowance << " allocations";
                     return tried;
                 }
                 tried += hasFailed ? 1 : 0;

@@ -8,14 +8,19 @@
 
 namespace FailingMemory {
 
-// How many allocations succeed before they fail; below 0, all of them do.
+// How many allocations succeed before one fails; below 0, all of them do.
 inline int allowance = -1;
 
 // Whether one failed since `Allow`.
 inline bool hasFailed = false;
 
-inline void Allow(int allocations) {
+// Whether memory is to be had again behind the one that fails.
+enum Failure { AllFromThenOn, Once };
+inline Failure failure = AllFromThenOn;
+
+inline void Allow(int allocations, Failure kind = AllFromThenOn) {
     allowance = allocations;
+    failure = kind;
     hasFailed = false;
 }
 
@@ -35,15 +40,23 @@ private:
     int before;
 };
 
-inline void* Allocate(std::size_t size) {
-    if (allowance == 0) {
-        hasFailed = true;
-        throw std::bad_alloc();
-    }
-    if (allowance > 0) {
+// Counts one allocation, and tells whether it is one that fails.
+inline bool FailsNow() {
+    bool const fails = allowance == 0;
+    hasFailed = hasFailed || fails;
+    if (allowance > 0 || (fails && failure == Once)) {
         --allowance;
     }
-    void* const memory = std::malloc(size != 0 ? size : 1);
+    return fails;
+}
+
+// Null where there is no memory.
+inline void* Allocate(std::size_t size) noexcept {
+    return FailsNow() ? nullptr : std::malloc(size != 0 ? size : 1);
+}
+
+inline void* AllocateOrThrow(std::size_t size) {
+    void* const memory = Allocate(size);
     if (memory == nullptr) {
         throw std::bad_alloc();
     }
@@ -54,16 +67,16 @@ inline void* Allocate(std::size_t size) {
 
 // Not inlined: the compiler would see memory of operator new go to free.
 [[gnu::noinline]] void* operator new(std::size_t size) {
-    return FailingMemory::Allocate(size);
+    return FailingMemory::AllocateOrThrow(size);
 }
 [[gnu::noinline]] void* operator new[](std::size_t size) {
-    return FailingMemory::Allocate(size);
+    return FailingMemory::AllocateOrThrow(size);
 }
 [[gnu::noinline]] void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
-    return FailingMemory::allowance == 0 ? nullptr : FailingMemory::Allocate(size);
+    return FailingMemory::Allocate(size);
 }
 [[gnu::noinline]] void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
-    return FailingMemory::allowance == 0 ? nullptr : FailingMemory::Allocate(size);
+    return FailingMemory::Allocate(size);
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);

@@ -31,17 +31,33 @@ protected:
         Platform().afterLogEntry = [this] { FailingMemory::allowance = allowance; };
     }
 
-    // Makes the n-th allocation of `call` fail, for every n that it gets to. `check` is told
-    // whether the call returned. Gives back how many allocations were made to fail.
+    // Makes the n-th allocation of `call` fail, for every n that it gets to, alone and with all
+    // that follow. `check` is told whether the call returned. Gives back how many allocations were
+    // made to fail.
     int FailEach(std::function<void()> const& prepare, std::function<void()> const& call,
                  std::function<void(bool)> const& check) {
+        FailEach(prepare, call, check, FailingMemory::Once);
+        return FailEach(prepare, call, check, FailingMemory::AllFromThenOn);
+    }
+
+    // The platform's log takes memory of its own, which there always is.
+    void Suspend() {
+        allowance = FailingMemory::allowance;
+        FailingMemory::allowance = -1;
+    }
+
+    int allowance = -1;
+
+private:
+    static int FailEach(std::function<void()> const& prepare, std::function<void()> const& call,
+                        std::function<void(bool)> const& check, FailingMemory::Failure failure) {
         for (int n = 0;; ++n) {
             SCOPED_TRACE("allocation " + std::to_string(n));
             prepare();
             debugMsgs = Div();
             Platform().log.clear();
             Platform().trace.clear();
-            FailingMemory::Allow(n);
+            FailingMemory::Allow(n, failure);
             bool hasReturned = true;
             try {
                 call();
@@ -57,14 +73,6 @@ protected:
             }
         }
     }
-
-    // The platform's log takes memory of its own, which there always is.
-    void Suspend() {
-        allowance = FailingMemory::allowance;
-        FailingMemory::allowance = -1;
-    }
-
-    int allowance = -1;
 };
 
 TEST_F(TextAllocTest, SplitKeepsTheOldFieldsOrEmptiesThem) {
