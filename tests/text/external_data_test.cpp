@@ -18,6 +18,11 @@ struct Source {
     std::size_t least;
 };
 
+// A source in a test's name; without it GoogleTest shows the bytes of the pointers.
+void PrintTo(Source const& source, std::ostream* out) {
+    *out << source.folder << "/*" << source.ending;
+}
+
 class ExternalDataTest : public PageTest, public ::testing::WithParamInterface<Source> {
 protected:
     // Calls `check` for every text; skips the test where there is none.
