@@ -1,5 +1,6 @@
 #include "frame.hpp"
 
+#include <quillo_kit/accessibility.hpp>
 #include <quillo_kit/elements.hpp>
 
 #include "style_sheet.hpp"
@@ -31,7 +32,7 @@ Element MakeNavigation(QuilloServer::Request& request, std::string const& shownP
         slots.push_back(
             {Translated(request, page->title), "/" + page->name, page->name == shownPage, false});
     }
-    return Tag("nav") << MakeNavBar(slots);
+    return MakeNavBar(slots);
 }
 
 Element MakeBody(QuilloServer::Request& request, QuilloServer::Page const& page,
@@ -63,6 +64,7 @@ void WriteFramed(QuilloServer::Request& request, std::ostream& out, std::string 
     html.SetAttr("dir", IsRightToLeft() ? "rtl" : "ltr");
     html << MakeHead(Translated(request, shown.title));
     html << MakeBody(request, shown, content);
+    MakeAccessible(html, Translated(request, "Pages"));
     Renderer r(out);
     r << "<!DOCTYPE html>" << Endl();
     html.impl->Render(r, 0);

@@ -18,7 +18,7 @@ void WriteProcesses(Request& request, std::ostream& out) {
                              {"threads", "Threads", nullptr}}));
 }
 
-QuilloServer::Page const processes("processes", "Processes", 2, WriteProcesses);
+QuilloServer::Page const processes("processes", "Processes", 3, WriteProcesses);
 
 }  // namespace
 }  // namespace Pages

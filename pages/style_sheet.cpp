@@ -18,13 +18,24 @@ main { max-width: 72rem; margin: 0 auto; padding: 0 1rem 2rem; }
 #nav_bar a { color: var(--accent); }
 #nav_bar .selected { font-weight: 600; }
 #nav_bar .unselectable { color: var(--quiet); }
+#tabs { white-space: nowrap; overflow-x: auto; padding-block: 1px; }
+#tabs span { display: inline-block; padding: .3rem .9rem; border: 1px solid var(--line);
+             border-block-end: 0; border-radius: 6px 6px 0 0; }
+#tabs .selected { background: var(--card); font-weight: 600; }
+#tabs .selectable a { color: var(--accent); }
+#tabs img { inline-size: 4px; block-size: 24px; }
+#tab_set .content { background: var(--card); border: 1px solid var(--line); }
 h2 { font-size: 1.5rem; margin: 1.2rem 0 .4rem; }
 h3 { font-size: 1rem; margin: 1.6rem 0 .5rem; color: var(--quiet); }
+#tab_set h3 { margin-block-start: .4rem; }
 .scroll { overflow-x: auto; background: var(--card); border: 1px solid var(--line);
           border-radius: 6px; }
+#tab_set .scroll { border: 0; }
 table { border-collapse: collapse; width: 100%; }
 th, td { text-align: start; padding: .35rem .75rem; border-block-end: 1px solid var(--line);
          vertical-align: top; }
+td { unicode-bidi: plaintext; }
+[dir=rtl] td { text-align: right; }
 tr:last-child > * { border-block-end: 0; }
 th { font-weight: 600; white-space: nowrap; }
 th[scope=row] { width: 14rem; }

@@ -37,7 +37,8 @@ protected:
 
     ~SamplePageTest() override { std::fclose(app.out); }
 
-    std::string Written(std::string const& name) {
+    std::string Written(std::string const& name, char const* arguments = nullptr) {
+        app.uriArgs = arguments;
         QuilloServer::Request request = {app, GetUriArgs(app, UriArgs())};
         std::ostringstream out;
         QuilloServer::FindPage(name)->write(request, out);
@@ -53,6 +54,15 @@ TEST_F(SamplePageGoldenTest, Status) {
     ExpectGolden(Written("status"), "page_status.html");
 }
 
+TEST_F(SamplePageGoldenTest, Network) {
+    ExpectGolden(Written("network"), "page_network.html");
+}
+
+TEST_F(SamplePageGoldenTest, NetworkInArabicWithTheSecondTabCurrent) {
+    Platform().languageAnswer = "ar-eg";
+    ExpectGolden(Written("network", "view=traffic"), "page_network_ar.html");
+}
+
 TEST_F(SamplePageGoldenTest, Processes) {
     ExpectGolden(Written("processes"), "page_processes.html");
 }
@@ -62,7 +72,21 @@ TEST_F(SamplePageTest, PagesStandInTheNavigationBarByTheirOrder) {
     for (QuilloServer::Page const* page : QuilloServer::Pages()) {
         names.push_back(page->name);
     }
-    EXPECT_EQ(names, (std::vector<std::string>{"status", "processes"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"status", "network", "processes"}));
+}
+
+TEST_F(SamplePageTest, TheNetworkPageShowsTheViewAskedForAndTheFirstForAnyOther) {
+    struct Row {
+        char const* arguments;
+        char const* shown;
+    };
+    for (Row const& row :
+         {Row{nullptr, "IPv4"}, Row{"view=addresses", "IPv4"}, Row{"view=traffic", "Received"},
+          Row{"view=hardware", "MTU"}, Row{"view=Traffic", "IPv4"}, Row{"view=", "IPv4"}}) {
+        std::string const page = Written("network", row.arguments);
+        EXPECT_NE(page.find(std::string(">") + row.shown + "</th>"), std::string::npos)
+            << Cstr(row.arguments);
+    }
 }
 
 TEST_F(SamplePageTest, ThereIsNoPageOfAnotherName) {
