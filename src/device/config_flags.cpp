@@ -34,7 +34,7 @@ int PutConfig(char const* name, bool const& value) {
 }
 
 int PutPersistentConfig(std::string const& name, bool const& value) {
-    std::string const assignment = name + "=" + TextOf(value);
+    std::string const assignment = Joined({name, "=", TextOf(value)});
     long const status = ConfigUpdate(assignment.c_str());
     if (status != 0) {
         ReportDiagnostic(logSpecError, "ConfigUpdate(%s) failed status=%ld", assignment.c_str(),

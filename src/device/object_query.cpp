@@ -26,7 +26,7 @@ char const unavailable[] = "Unavailable";
 std::string AttributeLine(std::vector<std::string> const& attrs) {
     std::string line = attrs.front();
     for (std::size_t i = 1; i < attrs.size(); ++i) {
-        line.append(" ").append(attrs[i]);
+        Append(line, {" ", attrs[i]});
     }
     return line;
 }
@@ -34,9 +34,9 @@ std::string AttributeLine(std::vector<std::string> const& attrs) {
 std::string FormatLine(std::size_t count) {
     std::string line;
     for (std::size_t position = 1; position <= count; ++position) {
-        line.append(position == 1 ? "%" : "\t%").append(std::to_string(position));
+        Append(line, {position == 1 ? "%" : "\t%", position});
     }
-    return line + "\n";
+    return line.append("\n");
 }
 
 void SetRequest(ZOV_AppData& app, std::string const& object,

@@ -40,10 +40,6 @@ char const* LevelWord(int const* level) {
     return level == &logSpecWarn ? "LOGWARN: " : "LOGINFO: ";
 }
 
-std::string LinePrefix(char const* file, int line) {
-    return std::string("At ").append(file).append(":").append(std::to_string(line)).append(": ");
-}
-
 // Room for two children more, so that adding a text and its line break can no longer fail.
 void ReserveTwo(std::vector<boost::shared_ptr<ElementImpl>>& children) {
     if (children.capacity() - children.size() < 2) {
@@ -63,23 +59,15 @@ void AppendLine(std::string const& line) {
     debugMsgs << text << lineBreak;
 }
 
-std::string TraceLine(char const* file, int line, std::initializer_list<TraceItem> items) {
-    std::string text = LinePrefix(file, line);
-    for (TraceItem const& item : items) {
-        text.append(item.begin(), item.length());
-    }
-    return text;
-}
-
 // The trace without a heap: as much of the line as a fixed buffer holds.
-void LogShortened(char const* file, int line, std::initializer_list<TraceItem> items) noexcept {
+void LogShortened(char const* file, int line, Pieces pieces) noexcept {
     char text[messageSize];
     std::size_t used = static_cast<std::size_t>(
         std::max(0, std::snprintf(text, sizeof text, "At %s:%d: ", file, line)));
-    for (TraceItem const& item : items) {
+    for (Piece const& piece : pieces) {
         used = std::min(used, sizeof text - 1);
-        std::size_t const taken = std::min(item.length(), sizeof text - 1 - used);
-        std::memcpy(text + used, item.begin(), taken);
+        std::size_t const taken = std::min(piece.length(), sizeof text - 1 - used);
+        std::memcpy(text + used, piece.begin(), taken);
         used += taken;
     }
     text[std::min(used, sizeof text - 1)] = '\0';
@@ -100,25 +88,6 @@ private:
 
 }  // namespace
 
-TraceItem::TraceItem(char const* nulTerminated)
-    : text(Cstr(nulTerminated)), size(std::strlen(text)), digits() {}
-
-TraceItem::TraceItem(std::string const& string)
-    : text(string.data()), size(string.size()), digits() {}
-
-TraceItem::TraceItem(bool isNegative, unsigned long long number)
-    : text(nullptr), size(0), digits() {
-    unsigned long long rest = isNegative ? 0 - number : number;
-    char* const end = digits + sizeof digits;
-    do {
-        *(end - ++size) = static_cast<char>('0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
-    if (isNegative) {
-        *(end - ++size) = '-';
-    }
-}
-
 void AppendReport(int const* level, char const* file, int line, char const* format, ...) noexcept {
     char message[messageSize] = "";
     va_list arguments;
@@ -126,22 +95,24 @@ void AppendReport(int const* level, char const* file, int line, char const* form
     std::vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
     try {
-        AppendLine(LinePrefix(file, line).append(LevelWord(level)).append(message));
+        AppendLine(Joined({"At ", file, ":", line, ": ", LevelWord(level), message}));
     } catch (...) {
         // The device log has the message.
     }
 }
 
-void Trace(char const* file, int line, std::initializer_list<TraceItem> items) noexcept {
+void Trace(char const* file, int line, Pieces pieces) noexcept {
     std::string text;
     try {
-        text = TraceLine(file, line, items);
+        std::string traced = Joined({"At ", file, ":", line, ": "});
+        Append(traced, pieces);
+        text.swap(traced);
         AppendLine(text);
     } catch (...) {
         // Whatever was built of the line, the device log is told below.
     }
     if (text.empty()) {
-        LogShortened(file, line, items);
+        LogShortened(file, line, pieces);
     } else {
         Log_SpecEntry(logSpecInfo, file, line, "%s", text.c_str());
     }

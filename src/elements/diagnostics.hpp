@@ -10,10 +10,7 @@
 #include <device_log.h>
 #include <quillo>
 
-#include <cstddef>
-#include <initializer_list>
-#include <string>
-#include <type_traits>
+#include "elements/joined.hpp"
 
 // Reports a problem at `level`, which is one of logSpecError, logSpecWarn and logSpecInfo. The
 // message is a printf format, a literal, and its arguments; they are evaluated twice. The device
@@ -33,30 +30,9 @@
 
 namespace Quillo::Diagnostics {
 
-// A piece of a trace. Borrows the text it is made from.
-class TraceItem {
-public:
-    TraceItem(char const* nulTerminated);
-    TraceItem(std::string const& string);
-    template <class Integer, class = std::enable_if_t<std::is_integral<Integer>::value>>
-    TraceItem(Integer number)
-        : TraceItem(std::is_signed<Integer>::value && number < Integer(0),
-                    static_cast<unsigned long long>(number)) {}
-
-    char const* begin() const { return text != nullptr ? text : digits + sizeof digits - size; }
-    std::size_t length() const { return size; }
-
-private:
-    TraceItem(bool isNegative, unsigned long long number);
-
-    char const* text;  // null: the number at the end of `digits`
-    std::size_t size;
-    char digits[24];
-};
-
 void AppendReport(int const* level, char const* file, int line, char const* format, ...) noexcept
     __attribute__((format(printf, 4, 5)));
-void Trace(char const* file, int line, std::initializer_list<TraceItem> items) noexcept;
+void Trace(char const* file, int line, Pieces pieces) noexcept;
 
 // Writes the children of `lines`, the element of `debugMsgs`. Lines that are appended meanwhile are
 // written too. What is reported by writing such a line goes to the device log alone, so that the

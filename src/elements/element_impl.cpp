@@ -21,8 +21,9 @@ struct Teardown {
 };
 
 // The innermost loop of this thread. An element's own destructor may take down another tree, one
-// that the element held as a field: that runs a loop of its own.
-thread_local Teardown* innermost = nullptr;
+// that the element held as a field: that runs a loop of its own. One word, at a place that is fixed
+// when the library is loaded: to find it takes no call, and no symbol of the loader.
+__attribute__((tls_model("initial-exec"))) thread_local Teardown* innermost = nullptr;
 
 // Gives `children` to the loop. Takes memory: false when there is none.
 bool HandOver(Teardown& loop, Children& children) {
@@ -54,6 +55,9 @@ void TakeDown(Children& children) {
 }  // namespace
 
 ElementImpl::ElementImpl(std::string const& tagName, bool leaf)
+    : tag(tagName), isLeaf(leaf), parent(nullptr), oneLine(false), hasFocus(false) {}
+
+ElementImpl::ElementImpl(char const* tagName, bool leaf)
     : tag(tagName), isLeaf(leaf), parent(nullptr), oneLine(false), hasFocus(false) {}
 
 ElementImpl::~ElementImpl() {

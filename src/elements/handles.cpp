@@ -2,35 +2,27 @@
 #include <cstdio>
 #include <cstdlib>
 #include <quillo>
-#include <utility>
 
 #include "elements/leaf_check.hpp"
 
 namespace Quillo {
-namespace {
 
-template <class Impl, class... Arguments>
-boost::shared_ptr<ElementImpl> New(Arguments const&... arguments) {
-    return boost::shared_ptr<ElementImpl>(new Impl(arguments...));
-}
-
-}  // namespace
-
-Div::Div() : Element(New<DivImpl>()) {}
-Span::Span() : Element(New<SpanImpl>()) {}
-A::A() : Element(New<AImpl>()) {}
-H2::H2() : Element(New<H2Impl>()) {}
-Img::Img() : Element(New<ImgImpl>()) {}
-Br::Br() : Element(New<BrImpl>()) {}
-Endl::Endl() : Element(New<EndlImpl>()) {}
-Null::Null() : Element(New<NullImpl>()) {}
-Text::Text(std::string const& text, bool filter) : Element(New<TextImpl>(text, filter)) {}
+Div::Div() : Element(adopt, new DivImpl) {}
+Span::Span() : Element(adopt, new SpanImpl) {}
+A::A() : Element(adopt, new AImpl) {}
+H2::H2() : Element(adopt, new H2Impl) {}
+Img::Img() : Element(adopt, new ImgImpl) {}
+Br::Br() : Element(adopt, new BrImpl) {}
+Endl::Endl() : Element(adopt, new EndlImpl) {}
+Null::Null() : Element(adopt, new NullImpl) {}
+Text::Text(std::string const& text, bool filter) : Element(adopt, new TextImpl(text, filter)) {}
 
 Text Nbsp() {
     return Text("&nbsp;", false);
 }
 
 Element::Element(boost::shared_ptr<ElementImpl> const& element) : impl(element) {}
+Element::Element(Adopt, ElementImpl* element) : impl(element) {}
 
 Element::~Element() = default;
 
@@ -50,7 +42,10 @@ Element& Element::SetAttr(std::string const& name, std::string const& value) {
     ElementImpl& element = Checked(impl);
     std::string copy(value);
     std::string& attribute = element.attrs[name];
-    element.emptyAttrs.erase(name);
+    auto const empty = element.emptyAttrs.find(name);
+    if (empty != element.emptyAttrs.end()) {
+        element.emptyAttrs.erase(empty);
+    }
     attribute.swap(copy);
     return *this;
 }
@@ -61,15 +56,9 @@ Element& Element::SetEmptyAttr(std::string const& name) {
 }
 
 Element& Element::AddStyle(std::string const& style) {
-    ElementImpl& element = Checked(impl);
+    ElementImpl const& element = Checked(impl);
     auto const present = element.attrs.find("style");
-    if (present != element.attrs.end()) {
-        present->second.append(";" + style);
-    } else {
-        element.attrs.emplace("style", style);
-    }
-    element.emptyAttrs.erase("style");
-    return *this;
+    return SetAttr("style", present != element.attrs.end() ? present->second + ";" + style : style);
 }
 
 Element& Element::SetOneLine() {
@@ -97,9 +86,10 @@ Element const& operator<<(Element const& parent, Element const& child) {
         return parent;
     }
     ElementImpl& element = Element::Checked(parent.impl);
-    RefuseLeaf(element);
-    element.children.push_back(child.impl);
-    child.impl->parent = &element;
+    if (TakesChildren(element)) {
+        element.children.push_back(child.impl);
+        child.impl->parent = &element;
+    }
     return parent;
 }
 

@@ -3,41 +3,28 @@
 #include <quillo>
 
 #include "enums/self_test.hpp"
+#include "enums/text_list.hpp"
 
 namespace Quillo {
 namespace {
 
-char const* const LoaContext_TEXTS[] = {"unspecified", "none", "html", "js", "php", "both"};
-char const* const ValignType_TEXTS[] = {"top", "middle", "bottom"};
-char const* const AlignType_TEXTS[] = {"left", "center", "right"};
-char const* const ObjectType_TEXTS[] = {"loa", "con", "sys"};
-char const* const AuthAccessMethod_TEXTS[] = {"non-secure", "secure", "hidden"};
-char const* const SmartcardEnablement_TEXTS[] = {"disabled", "alwaysOn", "editable"};
-char const* const IconSize_TEXTS[] = {"Small", "Normal", "Large", "Huge"};
+char const LoaContext_TEXTS[] = "unspecified\0none\0html\0js\0php\0both\0";
+char const ValignType_TEXTS[] = "top\0middle\0bottom\0";
+char const AlignType_TEXTS[] = "left\0center\0right\0";
+char const ObjectType_TEXTS[] = "loa\0con\0sys\0";
+char const AuthAccessMethod_TEXTS[] = "non-secure\0secure\0hidden\0";
+char const SmartcardEnablement_TEXTS[] = "disabled\0alwaysOn\0editable\0";
+char const IconSize_TEXTS[] = "Small\0Normal\0Large\0Huge\0";
 
-template <std::size_t length>
-bool IsIndex(int number, char const* const (&)[length]) {
-    return static_cast<unsigned>(number) < length;
+char const* TextOr(char const* fallback, int number, char const* texts) {
+    char const* const text = TextAt(number, texts);
+    return text != nullptr ? text : fallback;
 }
 
-template <std::size_t length>
-char const* TextAt(int number, char const* const (&texts)[length], char const* fallback) {
-    return IsIndex(number, texts) ? texts[number] : fallback;
-}
-
-// The number of `text`; -1 when it is none of `texts`.
-int NumberOf(char const* text, char const* const* texts, int length) {
-    for (int number = 0; text != nullptr && number < length; ++number) {
-        if (Glb_strcmp(text, texts[number]) == 0) {
-            return number;
-        }
-    }
-    return -1;
-}
-
-template <class E, std::size_t length>
-bool Parse(char const* text, char const* const (&texts)[length], E& out) {
-    int const number = NumberOf(text, texts, static_cast<int>(length));
+// Sets `out` to the value of `text`. True: it has none.
+template <class E>
+bool Parse(char const* text, char const* texts, E& out) {
+    int const number = NumberOf(text, texts);
     if (number < 0) {
         return true;
     }
@@ -64,13 +51,13 @@ const IconSize IconSize_ENUMS[] = {IconSize_Small, IconSize_Normal, IconSize_Lar
     E E##_FIRST = E##_ENUMS[0];                                                         \
     E E##_LAST = E##_ENUMS[sizeof E##_ENUMS / sizeof E##_ENUMS[0] - 1];                 \
     char const* ToCstr(E value) {                                                       \
-        return TextAt(value, E##_TEXTS, fallback);                                      \
+        return TextOr(fallback, value, E##_TEXTS);                                      \
     }                                                                                   \
     bool FromCstr(char const* text, E& out) {                                           \
         return Parse(text, E##_TEXTS, out);                                             \
     }                                                                                   \
     int E##_UnitTest() {                                                                \
-        return SelfTest(#E, E##_ENUMS, E##_ENUMS_LEN, E##_FIRST, E##_LAST);             \
+        return SelfTest(#E, E##_TEXTS, E##_ENUMS, E##_ENUMS_LEN, E##_FIRST, E##_LAST);  \
     }
 
 QUILLO_COMPANIONS(LoaContext, "unknown-LoaContext")
@@ -82,22 +69,22 @@ QUILLO_COMPANIONS(SmartcardEnablement, "unknown-SmartcardEnablement")
 QUILLO_COMPANIONS(IconSize, "Small")
 
 bool IsValid(LoaContext value) {
-    return IsIndex(value, LoaContext_TEXTS);
+    return TextAt(value, LoaContext_TEXTS) != nullptr;
 }
 bool IsValid(ValignType value) {
-    return IsIndex(value, ValignType_TEXTS);
+    return TextAt(value, ValignType_TEXTS) != nullptr;
 }
 bool IsValid(AlignType value) {
-    return IsIndex(value, AlignType_TEXTS);
+    return TextAt(value, AlignType_TEXTS) != nullptr;
 }
 bool IsValid(ObjectType value) {
-    return IsIndex(value, ObjectType_TEXTS);
+    return TextAt(value, ObjectType_TEXTS) != nullptr;
 }
 bool IsValid(AuthAccessMethod value) {
-    return IsIndex(value, AuthAccessMethod_TEXTS);
+    return TextAt(value, AuthAccessMethod_TEXTS) != nullptr;
 }
 bool IsValid(SmartcardEnablement value) {
-    return IsIndex(value, SmartcardEnablement_TEXTS);
+    return TextAt(value, SmartcardEnablement_TEXTS) != nullptr;
 }
 
 // Every number has a size (`GetPixelSize`), so every number will do.

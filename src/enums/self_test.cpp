@@ -1,32 +1,66 @@
 #include "enums/self_test.hpp"
 
+#include <cstring>
 #include <iostream>
+#include <quillo>
+
+#include "enums/text_list.hpp"
 
 namespace Quillo {
 namespace {
 
-std::string Prefix(std::string const& name) {
-    return "** " + name + "_UnitTest: ";
+int ValueAt(void const* values, int i) {
+    int value;
+    std::memcpy(&value, static_cast<char const*>(values) + i * sizeof value, sizeof value);
+    return value;
+}
+
+std::ostream& Begin(char const* name) {
+    return std::cout << "** " << name << "_UnitTest: ";
+}
+
+// Numbers go out as texts: a stream would group their digits by its locale.
+
+int FailOrder(char const* name, int value) {
+    Begin(name) << "Quillo:: " << name << " " << std::to_string(value) << " is out-of-order\n";
+    return 1;
+}
+
+int FailEnd(char const* name, char const* end) {
+    Begin(name) << "Quillo:: " << name << end << " is wrong\n";
+    return 1;
+}
+
+int FailConversion(char const* name, char const* text, int value) {
+    Begin(name) << "Failed back-and-forth conversion of \"" << Cstr(text) << "\" ("
+                << std::to_string(value) << ")" << std::endl;
+    return 1;
 }
 
 }  // namespace
 
-int FailOrder(std::string const& name, int value) {
-    std::cout << Prefix(name) + "Quillo:: " + name + " " + std::to_string(value) +
-                     " is out-of-order\n";
-    return 1;
-}
-
-int FailEnd(std::string const& name, char const* end) {
-    std::cout << Prefix(name) + "Quillo:: " + name + end + " is wrong\n";
-    return 1;
-}
-
-int FailConversion(std::string const& name, char const* text, int value) {
-    std::cout << Prefix(name) + "Failed back-and-forth conversion of \"" + text + "\" (" +
-                     std::to_string(value) + ")"
-              << std::endl;
-    return 1;
+int SelfTest(char const* name, char const* texts, void const* values, int length, int first,
+             int last) {
+    int const end = length - 1;
+    for (int i = 0; i < end; ++i) {
+        if (ValueAt(values, i) >= ValueAt(values, i + 1)) {
+            return FailOrder(name, ValueAt(values, i));
+        }
+    }
+    if (first != ValueAt(values, 0)) {
+        return FailEnd(name, "_FIRST");
+    }
+    if (last != ValueAt(values, end)) {
+        return FailEnd(name, "_LAST");
+    }
+    for (int i = 0; i <= end; ++i) {
+        int const value = ValueAt(values, i);
+        char const* const text = TextAt(value, texts);
+        if (NumberOf(text, texts) != value) {
+            return FailConversion(name, text, value);
+        }
+    }
+    return 0;
 }
 
 }  // namespace Quillo

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <quillo>
 
+#include "elements/diagnostics.hpp"
 #include "text/hex_digit.hpp"
 
 namespace Quillo {
@@ -143,7 +144,7 @@ std::string EscapeJavascriptString(std::string const& text) {
 }
 
 std::string EscapeJavascriptString(int number) {
-    return std::to_string(number);
+    return Joined({number});
 }
 
 }  // namespace Quillo

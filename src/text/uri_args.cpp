@@ -128,7 +128,9 @@ UriArgs GetUriArgs(ZOV_AppData const& request, UriArgs const& defaults) {
         TraceDiagnostic("uriArgs = {", request.uriArgs, "}");
         ArgumentReader(request.uriArgs, args).Read();
     }
-    args.emplace("LANGUAGE", g_language);
+    if (args.count("LANGUAGE") == 0) {
+        args["LANGUAGE"] = g_language;
+    }
     return args;
 }
 

@@ -5,6 +5,9 @@
 // Each end image is on when the item beside it is the one that stands for the page.
 #include <quillo>
 
+#include "elements/diagnostics.hpp"
+#include "widgets/fixed_attr.hpp"
+
 namespace Quillo {
 namespace {
 
@@ -48,15 +51,15 @@ int PaddingOf(std::string const& label) {
 }
 
 std::string StyleOf(Slot const& slot) {
-    std::string const padding = std::to_string(PaddingOf(slot.text));
-    return "padding-left: " + padding + "px;padding-right: " + padding + "px;";
+    int const padding = PaddingOf(slot.text);
+    return Joined({"padding-left: ", padding, "px;padding-right: ", padding, "px;"});
 }
 
 Element MakeEnd(char const* width, char const* url) {
     Img image;
-    image.SetAttr("height", "20");
-    image.SetAttr("width", width);
-    image.SetAttr("alt", "");
+    SetFixedAttr(image, "height", "20");
+    SetFixedAttr(image, "width", width);
+    SetFixedAttr(image, "alt", "");
     image.Src(url);
     return image;
 }
@@ -82,7 +85,7 @@ Element MakeItem(Slot const& slot, std::string const& className) {
 
 Element MakeNavBar(std::vector<Slot> const& slots) {
     Div bar;
-    bar.SetAttr("id", "nav_bar");
+    SetFixedAttr(bar, "id", "nav_bar");
     bar.SetOneLine();
     Span row;
     bar << row;

@@ -9,6 +9,7 @@
 #include <quillo>
 
 #include "elements/diagnostics.hpp"
+#include "widgets/fixed_attr.hpp"
 
 namespace Quillo {
 namespace {
@@ -59,15 +60,15 @@ Element MakeImage(char const* url) {
 Element MakeCap() {
     Img cap;
     cap.Src("/images/tab_set/Tab_TopBG_R.gif");
-    cap.SetAttr("width", "4");
-    cap.SetAttr("height", "24");
-    cap.SetAttr("class", "endCap");
+    SetFixedAttr(cap, "width", "4");
+    SetFixedAttr(cap, "height", "24");
+    SetFixedAttr(cap, "class", "endCap");
     return cap;
 }
 
 Element MakeTab(Slot const& slot, bool isCurrent) {
     Span tab;
-    tab.SetAttr("class", isCurrent ? "selected" : "selectable");
+    SetFixedAttr(tab, "class", isCurrent ? "selected" : "selectable");
     tab.AddStyle("top: 1px; padding-bottom: 4px");
     if (isCurrent) {
         tab << Text(slot.text, true);
@@ -88,7 +89,7 @@ Element MakeImageBehind(std::size_t i, std::size_t count, std::size_t current) {
 
 Element MakeRow(std::vector<Slot> const& slots, std::size_t current) {
     Div row;
-    row.SetAttr("id", "tabs");
+    SetFixedAttr(row, "id", "tabs");
     row.SetOneLine();
     row << MakeCap();
     row << MakeImage(leftEnds[StateOf(current == 0)]);
@@ -101,7 +102,7 @@ Element MakeRow(std::vector<Slot> const& slots, std::size_t current) {
 
 Element MakeContentArea(Element const& content) {
     Div area;
-    area.SetAttr("class", "content");
+    SetFixedAttr(area, "class", "content");
     area.AddStyle("padding: 10px");
     area << content;
     return area;
@@ -118,7 +119,7 @@ Element MakeTabs(std::vector<Slot> const& slots, Element content) {
     }
     std::size_t const current = ChooseCurrent(slots);
     Div tabSet;
-    tabSet.SetAttr("id", "tab_set");
+    SetFixedAttr(tabSet, "id", "tab_set");
     tabSet << MakeRow(slots, current);
     tabSet << MakeContentArea(content);
     return tabSet;

@@ -1,5 +1,7 @@
 #include <quillo>
 
+#include "widgets/fixed_attr.hpp"
+
 namespace Quillo {
 namespace {
 
@@ -13,7 +15,7 @@ Element MakeElement(char const* tag) {
 
 Element SmallTitle(std::string const& title) {
     Div block;
-    block.SetAttr("class", "breadcrumb allSmall");
+    SetFixedAttr(block, "class", "breadcrumb allSmall");
     block << (H2() << Text(title, true));
     return block;
 }

@@ -60,6 +60,12 @@ TEST_F(HandlesTest, EveryKindStartsWithItsTagAndNothingElse) {
     }
 }
 
+TEST_F(HandlesTest, ATagKeepsItsBytesWhenItIsAString) {
+    std::string const bytes("a\0b", 3);
+    EXPECT_EQ(ElementImpl(bytes, false).tag, bytes);
+    EXPECT_EQ(ElementImpl(bytes.c_str(), false).tag, "a");
+}
+
 TEST_F(HandlesTest, ATextKeepsItsBytesAndItsFlag) {
     std::string const bytes("a\0<\xff", 4);
     for (bool const filter : {true, false}) {

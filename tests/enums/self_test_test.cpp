@@ -33,17 +33,15 @@ TEST_F(SelfTestTest, AVocabularyInOrderPassesInSilence) {
 }
 
 TEST_F(SelfTestTest, TheFirstPairOutOfOrderIsNamedByItsEarlierValue) {
-    IconSize const values[] = {IconSize_Small, IconSize_Large, IconSize_Normal, IconSize_Small};
-    Result const result =
-        Tested([&] { return SelfTest("IconSize", values, 4, IconSize_Huge, IconSize_Huge); });
+    int const values[] = {0, 2, 1, 0};
+    Result const result = Tested([&] { return SelfTest("IconSize", "", values, 4, 3, 3); });
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "** IconSize_UnitTest: Quillo:: IconSize 2 is out-of-order\n");
 }
 
 TEST_F(SelfTestTest, EqualNeighboursAreOutOfOrder) {
-    IconSize const values[] = {IconSize_Normal, IconSize_Normal};
-    Result const result =
-        Tested([&] { return SelfTest("IconSize", values, 2, IconSize_Normal, IconSize_Normal); });
+    int const values[] = {1, 1};
+    Result const result = Tested([&] { return SelfTest("IconSize", "", values, 2, 1, 1); });
     EXPECT_EQ(result.output, "** IconSize_UnitTest: Quillo:: IconSize 1 is out-of-order\n");
 }
 
@@ -78,6 +76,14 @@ TEST_F(SelfTestTest, ATextThatGivesAnotherValueFailsTheConversion) {
     EXPECT_EQ(result.output,
               "** SmartcardEnablement_UnitTest: Failed back-and-forth conversion of \"alwaysOn\" "
               "(1)\n");
+}
+
+TEST_F(SelfTestTest, AValueWithoutATextFailsTheConversion) {
+    int const values[] = {0, 1};
+    Result const result = Tested([&] { return SelfTest("ObjectType", "loa\0", values, 2, 0, 1); });
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output,
+              "** ObjectType_UnitTest: Failed back-and-forth conversion of \"\" (1)\n");
 }
 
 TEST_F(SelfTestTest, TheSelfTestOfAllStopsAtTheFirstThatFails) {
