@@ -13,8 +13,8 @@ char const* Next(char const* text) {
 }  // namespace
 
 char const* TextAt(int number, char const* texts) {
-    for (; *texts != '\0'; texts = Next(texts), --number) {
-        if (number == 0) {
+    for (int i = 0; *texts != '\0'; texts = Next(texts), ++i) {
+        if (i == number) {
             return texts;
         }
     }
