@@ -1,0 +1,64 @@
+#include <libxml/HTMLtree.h>
+#include <libxml/tree.h>
+
+#include "page/compose.hpp"
+
+namespace Bench {
+namespace {
+
+xmlChar const* Bytes(char const* text) {
+    return reinterpret_cast<xmlChar const*>(text);
+}
+
+struct Sink {
+    xmlNodePtr node;
+
+    void Open(char const* tag) { node = xmlNewChild(node, nullptr, Bytes(tag), nullptr); }
+    void Leaf(char const* tag) { Open(tag); }
+    void Attribute(char const* name, char const* value) {
+        xmlNewProp(node, Bytes(name), Bytes(value));
+    }
+    void Attribute(char const* name, std::string const& value) { Attribute(name, value.c_str()); }
+    void Text(std::string const& text) {
+        xmlAddChild(node, xmlNewTextLen(Bytes(text.data()), static_cast<int>(text.size())));
+    }
+    void Close() { node = node->parent; }
+    void CloseLeaf() { Close(); }
+};
+
+class Libxml2Page : public Contender {
+public:
+    ~Libxml2Page() override { Destroy(); }
+
+    void Build(PageData const& data) override {
+        document_ = xmlNewDoc(Bytes("1.0"));
+        Sink sink = {reinterpret_cast<xmlNodePtr>(document_)};
+        Compose(sink, data);
+    }
+
+    void Write(std::string& out) override {
+        xmlBufferPtr const buffer = xmlBufferCreate();
+        xmlNodeDump(buffer, document_, xmlDocGetRootElement(document_), 0, 0);
+        out.assign(reinterpret_cast<char const*>(xmlBufferContent(buffer)),
+                   static_cast<std::size_t>(xmlBufferLength(buffer)));
+        xmlBufferFree(buffer);
+    }
+
+    void Destroy() override {
+        if (document_ != nullptr) {
+            xmlFreeDoc(document_);
+            document_ = nullptr;
+        }
+    }
+
+private:
+    xmlDocPtr document_ = nullptr;
+};
+
+}  // namespace
+
+std::unique_ptr<Contender> MakeLibxml2() {
+    return std::make_unique<Libxml2Page>();
+}
+
+}  // namespace Bench
