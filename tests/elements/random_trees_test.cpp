@@ -1,25 +1,10 @@
 // Random trees, written by the library and by a second renderer that knows nothing of it.
-#include <random>
-
+#include "elements/random_trees.hpp"
 #include "support/page_test.hpp"
 
 using namespace Quillo;
 
 namespace {
-
-// A tree as the second renderer sees it.
-struct Node {
-    enum Kind { Element, Text, Container, Null, LineEnd } kind = Element;
-    std::string tag;
-    bool isLeaf = false;
-    std::map<std::string, std::string> attrs;
-    std::set<std::string> emptyAttrs;
-    bool isOneLine = false;
-    bool hasFocus = false;
-    std::string text;
-    bool isFiltered = false;
-    std::vector<Node> children;
-};
 
 // Writes a page by strings alone.
 class SecondRenderer {
@@ -165,86 +150,20 @@ private:
 
 class RandomTreesTest : public PageTest {
 protected:
-    RandomTreesTest() : random(20240607) {}
+    RandomTreesTest() : trees(20240607) {}
 
-    unsigned Below(unsigned limit) { return static_cast<unsigned>(random() % limit); }
-    bool Chance(unsigned inHowMany) { return Below(inHowMany) == 0; }
-
-    Node MakeNode(int depth) {
-        Node node;
-        unsigned const kind = Below(10);
-        node.kind = kind < 6    ? Node::Element
-                    : kind < 8  ? Node::Text
-                    : Chance(3) ? Node::Container
-                    : Chance(2) ? Node::Null
-                                : Node::LineEnd;
-        if (node.kind == Node::Element) {
-            static char const* const tags[] = {"div", "form", "form", "script", "p", "td", "br"};
-            node.tag = tags[Below(7)];
-            node.isLeaf = node.tag == "br";
-            node.isOneLine = Chance(6);
-            node.hasFocus = Chance(5);
-            static char const* const names[] = {"name", "class", "name", "id"};
-            while (Chance(2)) {
-                node.attrs[names[Below(4)]] = std::string(Below(3), 'v');
-            }
-            while (Chance(4)) {
-                node.emptyAttrs.insert(names[Below(4)]);
-            }
-        }
-        if (node.kind == Node::Text) {
-            for (unsigned left = Below(5); left > 0; --left) {
-                node.text += "a<>&\"'\n\t\xC3"[Below(9)];
-            }
-            node.isFiltered = !Chance(4);
-        }
-        bool const takesChildren =
-            !node.isLeaf && node.kind != Node::Text && node.kind != Node::LineEnd && depth < 6;
-        for (unsigned left = takesChildren ? Below(4) : 0; left > 0; --left) {
-            node.children.push_back(MakeNode(depth + 1));
-        }
-        return node;
-    }
-
-    static boost::shared_ptr<ElementImpl> MakeImpl(Node const& node) {
-        switch (node.kind) {
-            case Node::Text:
-                return boost::shared_ptr<ElementImpl>(new TextImpl(node.text, node.isFiltered));
-            case Node::Container:
-                return boost::shared_ptr<ElementImpl>(new ContainerImpl);
-            case Node::Null:
-                return boost::shared_ptr<ElementImpl>(new NullImpl);
-            case Node::LineEnd:
-                return boost::shared_ptr<ElementImpl>(new EndlImpl);
-            default:
-                return boost::shared_ptr<ElementImpl>(new ElementImpl(node.tag, node.isLeaf));
-        }
-    }
-
-    static ::Quillo::Element MakeElement(Node const& node) {
-        ::Quillo::Element const element(MakeImpl(node));
-        element.impl->attrs = node.attrs;
-        element.impl->emptyAttrs = node.emptyAttrs;
-        element.impl->oneLine = node.isOneLine;
-        element.impl->hasFocus = node.hasFocus;
-        for (Node const& child : node.children) {
-            element << MakeElement(child);
-        }
-        return element;
-    }
-
-    std::mt19937 random;
+    RandomTrees trees;
 };
 
 TEST_F(RandomTreesTest, AreWrittenByteForByteAsASecondRendererWritesThem) {
     std::size_t reports = 0;
     for (int round = 0; round < 4000; ++round) {
-        Node const node = MakeNode(0);
+        Node const node = trees.Next();
         for (bool const isIndenting : {false, true}) {
             Platform() = RecordingPlatform();
             debugMsgs = Div();
             isDebug = isIndenting;
-            int const level = static_cast<int>(Below(3));
+            int const level = static_cast<int>(trees.Below(3));
             SecondRenderer second(isIndenting);
             second.Write(node, level, false);
             ASSERT_EQ(Html(MakeElement(node), level), second.page) << round;

@@ -1,0 +1,316 @@
+// What a stream sees of a page: compared with a plain transcription of the rules, which writes each
+// piece by a call of its own, over streams that fail at every byte and in every way.
+#include <sstream>
+#include <tuple>
+
+#include "elements/random_trees.hpp"
+#include "support/page_test.hpp"
+
+using namespace Quillo;
+
+namespace {
+
+// The rules, piece by piece.
+class PlainRendering {
+public:
+    explicit PlainRendering(std::ostream& stream) : r(stream) {}
+
+    void Write(ElementImpl const& element, int level) {
+        if (auto const* const text = dynamic_cast<TextImpl const*>(&element)) {
+            WriteText(*text, level);
+        } else if (dynamic_cast<ContainerImpl const*>(&element) != nullptr) {
+            for (auto const& child : element.children) {
+                Write(*child, level);
+            }
+        } else if (dynamic_cast<EndlImpl const*>(&element) != nullptr) {
+            r << Endl();
+        } else if (dynamic_cast<NullImpl const*>(&element) == nullptr) {
+            WriteElement(element, level);
+        }
+    }
+
+    Renderer r;
+
+private:
+    void WriteText(TextImpl const& text, int level) {
+        bool isInScript = false;
+        for (ElementImpl const* up = text.parent; up != nullptr; up = up->parent) {
+            isInScript = isInScript || up->tag == "script";
+        }
+        r << Indent(level) << (text.filter && !isInScript ? Filter(text.text) : text.text);
+    }
+
+    void WriteElement(ElementImpl const& element, int level) {
+        bool const isForm = element.tag == "form";
+        auto const name = element.attrs.find("name");
+        bool const hasName = name != element.attrs.end();
+        if (r.oneLineDepth == 0) {
+            r << Indent(level);
+        }
+        r.oneLineDepth += element.oneLine ? 1 : 0;
+        if (isForm && hasName && r.formName.empty()) {
+            r.formName = name->second;
+        }
+        if (element.hasFocus && !isForm && !r.formName.empty() && hasName && r.focusRef.empty()) {
+            r.focusRef = r.formName + "." + name->second;
+        }
+        r << "<" << element.tag;
+        for (auto const& attribute : element.attrs) {
+            r << " " << attribute.first << "=\"" << attribute.second << "\"";
+        }
+        for (auto const& empty : element.emptyAttrs) {
+            r << " " << empty << "=\"\"";
+        }
+        r << (element.isLeaf ? " >" : ">");
+        if (!element.isLeaf) {
+            WriteBody(element, level);
+            r << "</" << element.tag << ">";
+        }
+        r.oneLineDepth -= element.oneLine ? 1 : 0;
+        if (r.oneLineDepth == 0) {
+            r << Endl();
+        }
+        if (isForm) {
+            r.formName.clear();
+            if (!r.focusRef.empty()) {
+                r << "<script type=\"text/javascript\">document." << r.focusRef
+                  << ".focus();</script>";
+                r << Endl();
+            }
+        }
+    }
+
+    void WriteBody(ElementImpl const& element, int level) {
+        if (element.children.empty()) {
+            return;
+        }
+        if (r.oneLineDepth == 0) {
+            r << Endl();
+        }
+        for (auto const& child : element.children) {
+            Write(*child, level + 1);
+        }
+        if (r.oneLineDepth == 0) {
+            r << Indent(level);
+        }
+    }
+};
+
+enum class Fault { None, ShortWrite, ThrowingWrite, FailedFlush, ThrowingFlush };
+
+struct Refusal {};
+
+// Takes so many bytes, or so many flushes, and then shows its fault for good.
+class FaultyBuffer : public std::streambuf {
+public:
+    FaultyBuffer(Fault kind, std::size_t firstFault) : fault(kind), limit(firstFault) {}
+
+    std::string bytes;
+    std::vector<std::size_t> flushes;  // how many bytes there were at each
+
+protected:
+    int_type overflow(int_type byte) override {
+        if (bytes.size() == limit && fault == Fault::ShortWrite) {
+            return traits_type::eof();
+        }
+        if (bytes.size() == limit && fault == Fault::ThrowingWrite) {
+            throw Refusal();
+        }
+        bytes += traits_type::to_char_type(byte);
+        return byte;
+    }
+
+    int sync() override {
+        flushes.push_back(bytes.size());
+        if (flushes.size() > limit && fault == Fault::ThrowingFlush) {
+            throw Refusal();
+        }
+        return flushes.size() > limit && fault == Fault::FailedFlush ? -1 : 0;
+    }
+
+private:
+    Fault const fault;
+    std::size_t const limit;
+};
+
+struct Setting {
+    Fault fault = Fault::None;
+    std::size_t limit = 0;
+    std::ios_base::iostate exceptions = std::ios_base::goodbit;
+    std::ios_base::iostate state = std::ios_base::goodbit;
+    bool isTied = false;
+    bool isUnitBuffered = false;
+};
+
+// Everything that can be known of a page when it has been written, or could not be.
+struct Outcome {
+    std::string bytes;
+    std::vector<std::size_t> flushes;
+    std::vector<std::size_t> tiedFlushes;
+    std::ios_base::iostate state;
+    char const* error;
+    bool isAtLineStart;
+    int oneLineDepth;
+
+    bool operator==(Outcome const& other) const {
+        return std::tie(bytes, flushes, tiedFlushes, state, isAtLineStart, oneLineDepth) ==
+                   std::tie(other.bytes, other.flushes, other.tiedFlushes, other.state,
+                            other.isAtLineStart, other.oneLineDepth) &&
+               std::string(error) == other.error;
+    }
+};
+
+void PrintTo(Outcome const& outcome, std::ostream* out) {
+    *out << ::testing::PrintToString(outcome.bytes) << " flushed at "
+         << ::testing::PrintToString(outcome.flushes) << ", tied at "
+         << ::testing::PrintToString(outcome.tiedFlushes) << ", state " << outcome.state << ", "
+         << outcome.error << ", " << (outcome.isAtLineStart ? "at line start" : "in a line")
+         << ", one-line depth " << outcome.oneLineDepth;
+}
+
+template <class Write>
+Outcome Written(Setting const& setting, Write const& write) {
+    FaultyBuffer buffer(setting.fault, setting.limit);
+    FaultyBuffer tiedBuffer(Fault::None, 0);
+    std::ostream stream(&buffer);
+    std::ostream tied(&tiedBuffer);
+    stream.setstate(setting.state);
+    stream.exceptions(setting.exceptions & ~setting.state);
+    if (setting.isTied) {
+        stream.tie(&tied);
+    }
+    if (setting.isUnitBuffered) {
+        stream << std::unitbuf;
+    }
+    char const* error = "";
+    bool isAtLineStart = false;
+    int oneLineDepth = 0;
+    write(stream, [&](Renderer& r, auto const& page) {
+        try {
+            page();
+        } catch (std::ios_base::failure const&) {
+            error = "a failure of the stream";
+        } catch (Refusal const&) {
+            error = "the buffer's own exception";
+        }
+        isAtLineStart = r.atLineStart;
+        oneLineDepth = r.oneLineDepth;
+    });
+    return {buffer.bytes, buffer.flushes, tiedBuffer.flushes, stream.rdstate(),
+            error,        isAtLineStart,  oneLineDepth};
+}
+
+class StreamsTest : public PageTest {
+protected:
+    StreamsTest() : trees(20241107) {}
+
+    static void Compare(Element const& tree, Setting const& setting) {
+        Outcome const expected = Written(setting, [&](std::ostream& stream, auto const& watch) {
+            PlainRendering plain(stream);
+            watch(plain.r, [&] { plain.Write(*tree.impl, 0); });
+        });
+        Outcome const found = Written(setting, [&](std::ostream& stream, auto const& watch) {
+            Renderer r(stream);
+            watch(r, [&] { tree.impl->Render(r, 0); });
+        });
+        ASSERT_EQ(found, expected) << "fault " << static_cast<int>(setting.fault) << " at "
+                                   << setting.limit << ", exceptions " << setting.exceptions;
+    }
+
+    // A fault at every byte, or at every flush, until there is none.
+    void CompareAtEveryPlace(Fault fault, std::ios_base::iostate exceptions) {
+        for (int round = 0; round < 60; ++round) {
+            Element const tree = MakeElement(trees.Next());
+            isDebug = round % 3 == 0;
+            std::size_t const size = Html(tree).size();
+            for (std::size_t limit = 0; limit <= size; ++limit) {
+                Setting setting;
+                setting.fault = fault;
+                setting.limit = limit;
+                setting.exceptions = exceptions;
+                ASSERT_NO_FATAL_FAILURE(Compare(tree, setting)) << Html(tree);
+            }
+        }
+    }
+
+    RandomTrees trees;
+};
+
+constexpr std::ios_base::iostate masks[] = {std::ios_base::goodbit, std::ios_base::badbit,
+                                            std::ios_base::failbit,
+                                            std::ios_base::badbit | std::ios_base::failbit};
+
+TEST_F(StreamsTest, AGoodStreamGetsTheSameBytesAndFlushes) {
+    for (int round = 0; round < 2000; ++round) {
+        isDebug = round % 2 == 0;
+        ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), Setting()));
+    }
+}
+
+TEST_F(StreamsTest, AStreamThatTakesNoMoreIsLeftInTheSameState) {
+    for (std::ios_base::iostate const mask : masks) {
+        CompareAtEveryPlace(Fault::ShortWrite, mask);
+    }
+}
+
+TEST_F(StreamsTest, AStreamWhoseBufferThrowsIsLeftInTheSameState) {
+    for (std::ios_base::iostate const mask : masks) {
+        CompareAtEveryPlace(Fault::ThrowingWrite, mask);
+    }
+}
+
+TEST_F(StreamsTest, AStreamThatCannotFlushIsLeftInTheSameState) {
+    for (std::ios_base::iostate const mask : masks) {
+        CompareAtEveryPlace(Fault::FailedFlush, mask);
+        CompareAtEveryPlace(Fault::ThrowingFlush, mask);
+    }
+}
+
+TEST_F(StreamsTest, ATiedStreamIsFlushedBeforeEachPiece) {
+    Setting setting;
+    setting.isTied = true;
+    for (int round = 0; round < 200; ++round) {
+        ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), setting));
+    }
+}
+
+TEST_F(StreamsTest, AUnitBufferedStreamIsFlushedAfterEachPiece) {
+    Setting setting;
+    setting.isUnitBuffered = true;
+    for (int round = 0; round < 200; ++round) {
+        ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), setting));
+    }
+}
+
+TEST_F(StreamsTest, AStreamThatHasFailedBeforeGetsNothing) {
+    for (std::ios_base::iostate const state :
+         {std::ios_base::badbit, std::ios_base::failbit, std::ios_base::eofbit}) {
+        Setting setting;
+        setting.state = state;
+        for (int round = 0; round < 50; ++round) {
+            ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), setting));
+        }
+    }
+}
+
+TEST_F(StreamsTest, TagsLongerThanAnyBufferAreWrittenWhole) {
+    for (std::size_t const size : {100U, 255U, 256U, 500U, 512U, 513U, 1000U, 5000U}) {
+        Div tree;
+        tree.SetAttr("a", std::string(size, 'x')).SetAttr("b", "y").SetEmptyAttr("c");
+        tree << Tag(std::string(size, 't')) << Text(std::string(size, '<'), true);
+        std::size_t const length = Html(tree).size();
+        for (Fault const fault : {Fault::ShortWrite, Fault::ThrowingWrite}) {
+            for (std::ios_base::iostate const mask : masks) {
+                for (std::size_t limit = 0; limit <= length; limit += 1 + limit / 50) {
+                    Setting setting;
+                    setting.fault = fault;
+                    setting.limit = limit;
+                    setting.exceptions = mask;
+                    ASSERT_NO_FATAL_FAILURE(Compare(tree, setting));
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
