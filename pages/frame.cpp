@@ -2,6 +2,7 @@
 
 #include <quillo_kit/accessibility.hpp>
 #include <quillo_kit/elements.hpp>
+#include <quillo_kit/safe.hpp>
 
 #include "style_sheet.hpp"
 
@@ -16,32 +17,31 @@ bool IsRightToLeft() {
 }
 
 Element MakeHead(std::string const& title) {
-    Tag head("head");
-    head << VoidTag("meta").SetAttr("charset", "utf-8");
-    head << VoidTag("meta")
+    Head head;
+    head << Meta().SetAttr("charset", "utf-8");
+    head << Meta()
                 .SetAttr("name", "viewport")
                 .SetAttr("content", "width=device-width, initial-scale=1");
-    head << (Tag("title").SetOneLine() << title);
-    head << (Tag("style") << Text(styleSheet, false));
+    head << Title(title) << Style(styleSheet);
     return head;
 }
 
 Element MakeNavigation(QuilloServer::Request& request, std::string const& shownPage) {
     std::vector<Slot> slots;
     for (QuilloServer::Page const* page : QuilloServer::Pages()) {
-        slots.push_back(
-            {Translated(request, page->title), "/" + page->name, page->name == shownPage, false});
+        slots.push_back({Translated(request, page->title), SafeUrl("/" + page->name),
+                         page->name == shownPage, false});
     }
     return MakeNavBar(slots);
 }
 
 Element MakeBody(QuilloServer::Request& request, QuilloServer::Page const& page,
                  Element const& content) {
-    Tag body("body");
+    Body body;
     body << MakeNavigation(request, page.name);
-    body << (Tag("main") << SmallTitle(Translated(request, page.title)) << content);
+    body << (Main() << SmallTitle(Translated(request, page.title)) << content);
     if (IsDebug()) {
-        body << (Tag("aside").SetAttr("class", "debug") << debugMsgs);
+        body << (Aside().SetAttr("class", "debug") << debugMsgs);
     }
     return body;
 }
@@ -59,15 +59,14 @@ Text Phrase(QuilloServer::Request& request, std::string const& phrase) {
 void WriteFramed(QuilloServer::Request& request, std::ostream& out, std::string const& page,
                  Element const& content) {
     QuilloServer::Page const& shown = *QuilloServer::FindPage(page);
-    Tag html("html");
-    html.SetAttr("lang", Filter(Cstr(g_language)));
+    Html html;
+    html.SetAttr("lang", SafeAttr(Cstr(g_language)));
     html.SetAttr("dir", IsRightToLeft() ? "rtl" : "ltr");
     html << MakeHead(Translated(request, shown.title));
     html << MakeBody(request, shown, content);
     MakeAccessible(html, Translated(request, "Pages"));
     Renderer r(out);
-    r << "<!DOCTYPE html>" << Endl();
-    html.impl->Render(r, 0);
+    (Group() << Doctype() << html).impl->Render(r, 0);
 }
 
 }  // namespace Pages

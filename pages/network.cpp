@@ -1,10 +1,13 @@
 // The network page: the interfaces of this machine, seen three ways, each under a tab of its own.
 // The argument "view" chooses the tab; without a known one it is the first.
+#include <quillo_kit/safe.hpp>
+
 #include "frame.hpp"
 #include "quantities.hpp"
 #include "record_table.hpp"
 
 using namespace Quillo;
+using QuilloKit::SafeUrl;
 using QuilloServer::Request;
 
 namespace Pages {
@@ -48,7 +51,8 @@ void WriteNetwork(Request& request, std::ostream& out) {
     std::vector<Slot> tabs;
     for (std::size_t i = 0; i < views.size(); ++i) {
         tabs.push_back({Translated(request, views[i].title),
-                        AppendUriArgs("/network", "view=" + views[i].name), i == current, false});
+                        SafeUrl(AppendUriArgs("/network", "view=" + views[i].name)), i == current,
+                        false});
     }
     View const& view = views[current];
     WriteFramed(

@@ -1,6 +1,7 @@
 #include "record_table.hpp"
 
 #include <quillo_kit/elements.hpp>
+#include <quillo_kit/safe.hpp>
 
 #include "frame.hpp"
 
@@ -26,30 +27,22 @@ Rows Query(QuilloServer::Request& request, std::string const& object,
 
 // A cell with one line of text. A value that is written in another form keeps its own as a title.
 Element MakeCell(Field const& field, std::string const& value) {
-    Tag cell("td");
-    cell.SetOneLine();
     if (field.write == nullptr) {
-        return cell << value;
+        return Td(value);
     }
-    cell.SetAttr("class", "quantity");
-    cell.SetAttr("title", Filter(value));
-    return cell << field.write(value);
+    return Td(field.write(value)).SetAttr("class", "quantity").SetAttr("title", SafeAttr(value));
 }
 
 Element MakeHeading(QuilloServer::Request& request, Field const& field, char const* scope) {
-    Tag heading("th");
-    heading.SetOneLine();
-    heading.SetAttr("scope", scope);
-    return heading << Phrase(request, field.heading);
+    return Th().SetAttr("scope", scope) << Phrase(request, field.heading);
 }
 
 Element MakeSection(QuilloServer::Request& request, std::string const& heading, Rows const& rows,
                     Element const& table) {
-    Tag section("section");
-    section << (Tag("h3").SetOneLine() << Phrase(request, heading));
+    Section section;
+    section << (H3() << Phrase(request, heading));
     if (rows.empty()) {
-        section << (Tag("p").SetOneLine()
-                    << Phrase(request, "Nothing to show. The device log says why."));
+        section << (P() << Phrase(request, "Nothing to show. The device log says why."));
     } else {
         section << (Div().SetAttr("class", "scroll") << table);
     }
