@@ -1,5 +1,8 @@
 #include <quillo_kit/accessibility.hpp>
 
+#include <csignal>
+
+#include "kit/small_stack.hpp"
 #include "support/page_test.hpp"
 
 using namespace Quillo;
@@ -67,6 +70,65 @@ TEST_F(AccessibilityTest, AClassThatOnlyBeginsLikeTheCurrentOneIsAnother) {
     bar.SetAttr("id", "nav_bar");
     bar << Span().SetAttr("class", "selectedness");
     EXPECT_EQ(Accessible(bar).find("aria-current"), std::string::npos);
+}
+
+TEST_F(AccessibilityTest, ATreeOfAMillionLevelsIsDescribedToItsEndOnASmallStack) {
+    Div root;
+    root.SetAttr("id", "nav_bar");
+    Element parent = root;
+    for (int level = 0; level < 1000000; ++level) {
+        Div const child;
+        parent << child;
+        parent = child;
+    }
+    Img const deepest;
+    parent << (Span().SetAttr("class", "selected") << deepest);
+    RunOnSmallStack([&] { MakeAccessible(root, "Pages"); });
+    EXPECT_EQ(deepest.impl->attrs.at("alt"), "");
+    EXPECT_EQ(deepest.impl->parent->attrs.at("aria-current"), "page");
+}
+
+TEST_F(AccessibilityTest, ACombOfAHundredThousandLevelsIsDescribedOnASmallStack) {
+    Div const root;
+    Element parent = root;
+    std::vector<Element> teeth;
+    for (int level = 0; level < 100000; ++level) {
+        Div const child;
+        teeth.push_back(Img());
+        parent << teeth.back() << child;
+        parent = child;
+    }
+    RunOnSmallStack([&] { MakeAccessible(root, "Pages"); });
+    for (Element const& tooth : teeth) {
+        ASSERT_EQ(tooth.impl->attrs.count("alt"), 1U);
+    }
+}
+
+TEST_F(AccessibilityTest, AWidgetEndsWhereItsElementEnds) {
+    Div bar;
+    bar.SetAttr("id", "nav_bar") << Span();
+    Span outside;
+    outside.SetAttr("class", "selected");
+    EXPECT_EQ(Accessible(Div() << outside << bar << outside).find("aria-current"),
+              std::string::npos);
+}
+
+TEST_F(AccessibilityTest, ASecondPassAddsNothing) {
+    Element const page = Div() << MakeNavBar({{"a", "/a", true, false}}) << Img();
+    std::string const once = Accessible(page);
+    EXPECT_EQ(Accessible(page), once);
+    EXPECT_NE(once.find("aria-current"), std::string::npos);
+}
+
+using AccessibilityDeathTest = AccessibilityTest;
+
+TEST_F(AccessibilityDeathTest, AHandleOrAChildThatRefersToNothingEndsTheProcess) {
+    EXPECT_EXIT(MakeAccessible(Element(), "x"), ::testing::KilledBySignal(SIGABRT),
+                "refers to nothing");
+    Div const parent;
+    parent.impl->children.resize(1);
+    EXPECT_EXIT(MakeAccessible(parent, "x"), ::testing::KilledBySignal(SIGABRT),
+                "refers to nothing");
 }
 
 }  // namespace
