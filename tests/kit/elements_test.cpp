@@ -112,6 +112,12 @@ TEST_F(ElementsTest, NoBlankIsSeenBehindAnElementInALineOfText) {
               "<p>a<strong>b</strong><code>c</code>d</p>\n");
 }
 
+TEST_F(ElementsTest, AListIsWrittenAsTheHeaderShows) {
+    Kit::Ul list;
+    list << Kit::Li("a < b") << (Kit::Li() << Kit::Strong("mtu") << std::string(" 1500"));
+    EXPECT_EQ(Html(list), "<ul>\n<li>a &lt; b</li>\n<li><strong>mtu</strong> 1500</li>\n</ul>\n");
+}
+
 TEST_F(ElementsTest, AGroupWritesItsChildrenAlone) {
     EXPECT_EQ(Html(Kit::Group() << Kit::P("a") << Kit::P("b")), "<p>a</p>\n<p>b</p>\n");
     EXPECT_EQ(Html(Kit::Group()), "");
