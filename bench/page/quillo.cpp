@@ -1,5 +1,6 @@
+#include <ostream>
 #include <quillo>
-#include <sstream>
+#include <streambuf>
 
 #include "page/contender.hpp"
 
@@ -19,6 +20,24 @@ std::vector<Slot> Slots(std::vector<std::string> const& labels) {
     }
     return slots;
 }
+
+// Appends to a string.
+class StringBuffer : public std::streambuf {
+public:
+    explicit StringBuffer(std::string& text) : out(text) {}
+
+private:
+    std::streamsize xsputn(char const* bytes, std::streamsize count) override {
+        out.append(bytes, static_cast<std::size_t>(count));
+        return count;
+    }
+    int_type overflow(int_type byte) override {
+        out += traits_type::to_char_type(byte);
+        return byte;
+    }
+
+    std::string& out;
+};
 
 class QuilloPage : public Contender {
 public:
@@ -49,17 +68,17 @@ public:
     }
 
     void Write(std::string& out) override {
-        stream_.str(std::string());
-        Renderer renderer(stream_);
+        out.clear();
+        StringBuffer buffer(out);
+        std::ostream stream(&buffer);
+        Renderer renderer(stream);
         page_.impl->Render(renderer, 0);
-        out = stream_.str();
     }
 
     void Destroy() override { page_ = Element(); }
 
 private:
     Element page_;
-    std::ostringstream stream_;
 };
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <quillo>
 
 #include "elements/joined.hpp"
+#include "elements/plain_text.hpp"
 
 // Reports a problem at `level`, which is one of logSpecError, logSpecWarn and logSpecInfo. The
 // message is a printf format, a literal, and its arguments; they are evaluated twice. The device

@@ -7,21 +7,20 @@ namespace {
 
 char const indentUnit[] = "  ";
 
-// Unformatted output: a width that was set on the stream pads nothing in a page.
-Renderer& Write(Renderer& r, char const* bytes, std::size_t size) {
+}  // namespace
+
+Renderer& WriteBytes(Renderer& r, char const* bytes, std::size_t size) {
     r.out->write(bytes, static_cast<std::streamsize>(size));
     r.atLineStart = false;
     return r;
 }
 
-}  // namespace
-
 Renderer& operator<<(Renderer& r, char const* text) {
-    return Write(r, Cstr(text), std::strlen(Cstr(text)));
+    return WriteBytes(r, Cstr(text), std::strlen(Cstr(text)));
 }
 
 Renderer& operator<<(Renderer& r, std::string const& text) {
-    return Write(r, text.data(), text.size());
+    return WriteBytes(r, text.data(), text.size());
 }
 
 Renderer& operator<<(Renderer& r, int number) {
@@ -31,7 +30,7 @@ Renderer& operator<<(Renderer& r, int number) {
 }
 
 Renderer& operator<<(Renderer& r, char byte) {
-    return Write(r, &byte, 1);
+    return WriteBytes(r, &byte, 1);
 }
 
 Renderer& operator<<(Renderer& r, Endl const&) {
@@ -39,16 +38,14 @@ Renderer& operator<<(Renderer& r, Endl const&) {
 }
 
 Renderer& operator<<(Renderer& r, Indent const& indent) {
-    if (!r.atLineStart) {
-        return r;
-    }
-    r.atLineStart = false;
-    if (isDebug) {
-        for (int i = 0; i < indent.level; ++i) {
-            r << indentUnit;
-        }
-    }
+    StartLine(r, indent.level);
     return r;
+}
+
+void WriteIndent(Renderer& r, int level) {
+    for (int i = 0; i < level; ++i) {
+        r << indentUnit;
+    }
 }
 
 Renderer& EndLine(Renderer& r) {

@@ -14,16 +14,23 @@
 //
 // `Render` alone recurses. What needs stack (the texts of a report, the strings it builds) is kept
 // out of its frame, in functions that are not inlined.
+#include <string_view>
+
 #include "elements/diagnostics.hpp"
 #include "elements/renderer.hpp"
+#include "elements/tag_writer.hpp"
 
 namespace Quillo {
 namespace {
 
 char const self[] = "Render";
 
+bool IsTagged(ElementImpl const& element, std::string_view tag) {
+    return element.tag == tag;
+}
+
 bool IsForm(ElementImpl const& element) {
-    return element.tag == "form";
+    return IsTagged(element, "form");
 }
 
 // The value of the attribute "name"; null when there is none. An empty attribute is not one.
@@ -71,19 +78,19 @@ void CheckFocus(ElementImpl const& element, Renderer& r) {
 }
 
 // Neither names nor values are escaped: who sets a value passes it through `Filter`.
-void WriteAttributes(ElementImpl const& element, Renderer& r) {
+void WriteAttributes(ElementImpl const& element, TagWriter& tag) {
     for (auto const& attribute : element.attrs) {
-        r << " " << attribute.first << "=\"" << attribute.second << "\"";
+        tag << ' ' << attribute.first << "=\"" << attribute.second << '"';
     }
     for (std::string const& name : element.emptyAttrs) {
-        r << " " << name << "=\"\"";
+        tag << ' ' << name << "=\"\"";
     }
 }
 
-// Everything up to the end of the opening tag; the line end behind it, when a body follows.
-__attribute__((noinline)) void WriteStart(ElementImpl const& element, Renderer& r, int level) {
+// What goes before a tag: the indentation, and the form and the focus that the element brings.
+void Begin(ElementImpl const& element, Renderer& r, int level) {
     if (r.oneLineDepth == 0) {
-        r << Indent(level);
+        StartLine(r, level);
     }
     if (element.oneLine) {
         ++r.oneLineDepth;
@@ -94,20 +101,6 @@ __attribute__((noinline)) void WriteStart(ElementImpl const& element, Renderer& 
     if (element.hasFocus) {
         CheckFocus(element, r);
     }
-    r << "<" << element.tag;
-    WriteAttributes(element, r);
-    r << (element.isLeaf ? " >" : ">");
-    if (!element.isLeaf && !element.children.empty() && r.oneLineDepth == 0) {
-        EndLine(r);
-    }
-}
-
-__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, bool hasBody,
-                                               Renderer& r, int level) {
-    if (hasBody && r.oneLineDepth == 0) {
-        r << Indent(level);
-    }
-    r << "</" << element.tag << ">";
 }
 
 // The form is over, even when it was an inner one. The script follows every form once an element
@@ -120,23 +113,59 @@ void WriteFormEnd(Renderer& r) {
     }
 }
 
-__attribute__((noinline)) void WriteEnd(ElementImpl const& element, Renderer& r) {
+// What goes behind an element's last tag, which is in `tag`: the line end, and the form's.
+void Finish(ElementImpl const& element, Renderer& r, TagWriter& tag) {
     if (element.oneLine) {
         --r.oneLineDepth;
     }
     if (r.oneLineDepth == 0) {
-        EndLine(r);
+        tag.EndLine();
+    } else {
+        tag.End();
     }
     if (IsForm(element)) {
         WriteFormEnd(r);
     }
 }
 
+__attribute__((noinline)) void WriteLeaf(ElementImpl const& element, Renderer& r, int level) {
+    Begin(element, r, level);
+    TagWriter tag(r);
+    tag << '<' << element.tag;
+    WriteAttributes(element, tag);
+    tag << " >";
+    Finish(element, r, tag);
+}
+
+// The line end belongs to a body that follows.
+__attribute__((noinline)) void WriteOpeningTag(ElementImpl const& element, Renderer& r, int level) {
+    Begin(element, r, level);
+    TagWriter tag(r);
+    tag << '<' << element.tag;
+    WriteAttributes(element, tag);
+    tag << '>';
+    if (!element.children.empty() && r.oneLineDepth == 0) {
+        tag.EndLine();
+    } else {
+        tag.End();
+    }
+}
+
+__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, bool hasBody,
+                                               Renderer& r, int level) {
+    if (hasBody && r.oneLineDepth == 0) {
+        StartLine(r, level);
+    }
+    TagWriter tag(r);
+    tag << "</" << element.tag << '>';
+    Finish(element, r, tag);
+}
+
 // Script content is never escaped: markup has no meaning in it.
 bool IsInScript(ElementImpl const& element) {
     for (ElementImpl const* ancestor = element.parent; ancestor != nullptr;
          ancestor = ancestor->parent) {
-        if (ancestor->tag == "script") {
+        if (IsTagged(*ancestor, "script")) {
             return true;
         }
     }
@@ -146,28 +175,30 @@ bool IsInScript(ElementImpl const& element) {
 }  // namespace
 
 void ElementImpl::Render(Renderer& r, int level) const {
-    WriteStart(*this, r, level);
-    if (!isLeaf) {
-        bool const hasBody = !children.empty();
-        if (this == debugMsgs.impl.get()) {
-            Diagnostics::RenderDebugLines(*this, r, level + 1);
-        } else {
-            // By index, and the count read anew: a child may be added while its parent is written.
-            for (std::size_t i = 0; i < children.size(); ++i) {
-                Element::Checked(children[i]).Render(r, level + 1);
-            }
-        }
-        WriteClosingTag(*this, hasBody, r, level);
+    if (isLeaf) {
+        WriteLeaf(*this, r, level);
+        return;
     }
-    WriteEnd(*this, r);
+    WriteOpeningTag(*this, r, level);
+    bool const hasBody = !children.empty();
+    if (this == debugMsgs.impl.get()) {
+        Diagnostics::RenderDebugLines(*this, r, level + 1);
+    } else {
+        // By index, and the count read anew: a child may be added while its parent is written.
+        for (std::size_t i = 0; i < children.size(); ++i) {
+            Element::Checked(children[i]).Render(r, level + 1);
+        }
+    }
+    WriteClosingTag(*this, hasBody, r, level);
 }
 
 void TextImpl::Render(Renderer& r, int level) const {
-    r << Indent(level);
-    if (filter && !IsInScript(*this)) {
-        r << Filter(text);
-    } else {
+    StartLine(r, level);
+    bool const isPlain = EndOfPlain(text.c_str()) == text.c_str() + text.size();
+    if (isPlain || !filter || IsInScript(*this)) {
         r << text;
+    } else {
+        r << Filter(text);
     }
 }
 
