@@ -12,13 +12,18 @@ char const* TextOf(bool value) {
     return value ? "TRUE" : "FALSE";
 }
 
+// A failed write is reported in the words of a failed read; log filters know them.
+int Fail(char const* name) {
+    ReportDiagnostic(logSpecError, "Failed to get config value: %s", name);
+    return 1;
+}
+
 }  // namespace
 
 int GetConfig(char const* name, bool& value) {
     int number = 0;
     if (Cfg_GetBoolAttrValue(name, &number) != 0) {
-        ReportDiagnostic(logSpecError, "Failed to get config value: %s", name);
-        return 1;
+        return Fail(name);
     }
     value = number != 0;
     return 0;
@@ -26,9 +31,7 @@ int GetConfig(char const* name, bool& value) {
 
 int PutConfig(char const* name, bool const& value) {
     if (Cfg_SetAttrValue(name, TextOf(value)) != 0) {
-        // A failed write is reported in the words of a failed read; log filters know them.
-        ReportDiagnostic(logSpecError, "Failed to get config value: %s", name);
-        return 1;
+        return Fail(name);
     }
     return 0;
 }

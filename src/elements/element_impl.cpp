@@ -5,9 +5,9 @@
 // just let go of hands its children to the loop instead of letting go of them itself, so a tree of
 // any depth dies on bounded stack.
 #include <algorithm>
-#include <iterator>
 #include <new>
 #include <quillo>
+#include <utility>
 
 namespace Quillo {
 namespace {
@@ -25,11 +25,14 @@ struct Teardown {
 // when the library is loaded: to find it takes no call, and no symbol of the loader.
 __attribute__((tls_model("initial-exec"))) thread_local Teardown* innermost = nullptr;
 
-// Gives `children` to the loop. Takes memory: false when there is none.
+// Gives `children` to the loop, the last one first. Takes memory: false when there is none, and the
+// first of the children are left.
 bool HandOver(Teardown& loop, Children& children) {
     try {
-        loop.pending.insert(loop.pending.end(), std::make_move_iterator(children.rbegin()),
-                            std::make_move_iterator(children.rend()));
+        while (!children.empty()) {
+            loop.pending.push_back(std::move(children.back()));
+            children.pop_back();
+        }
         return true;
     } catch (std::bad_alloc const&) {
         return false;

@@ -10,8 +10,8 @@ Piece::Piece(char const* nulTerminated)
 
 Piece::Piece(std::string const& string) : text(string.data()), size(string.size()), digits() {}
 
-Piece::Piece(bool isNegative, unsigned long long number) : text(nullptr), size(0), digits() {
-    unsigned long long rest = isNegative ? 0 - number : number;
+Piece::Piece(bool isNegative, unsigned long number) : text(nullptr), size(0), digits() {
+    unsigned long rest = isNegative ? 0 - number : number;
     char* const end = digits + sizeof digits;
     do {
         *(end - ++size) = static_cast<char>('0' + rest % 10);

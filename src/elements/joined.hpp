@@ -20,13 +20,15 @@ public:
     template <class Integer, class = std::enable_if_t<std::is_integral<Integer>::value>>
     Piece(Integer number)
         : Piece(std::is_signed<Integer>::value && number < Integer(0),
-                static_cast<unsigned long long>(number)) {}
+                static_cast<unsigned long>(number)) {
+        static_assert(sizeof number <= sizeof(unsigned long), "a number is a word at most");
+    }
 
     char const* begin() const { return text != nullptr ? text : digits + sizeof digits - size; }
     std::size_t length() const { return size; }
 
 private:
-    Piece(bool isNegative, unsigned long long number);
+    Piece(bool isNegative, unsigned long number);
 
     char const* text;  // null: the number at the end of `digits`
     std::size_t size;

@@ -1,10 +1,12 @@
 #include "elements/plain_text.hpp"
 
+#include <cstdint>
+
 namespace Quillo {
 namespace {
 
-// Letters and digits of any locale, the bytes of multi-byte UTF-8 sequences, and all signs but those
-// of markup.
+// Letters and digits of any locale, the bytes of multi-byte UTF-8 sequences, and all signs but
+// those of markup.
 constexpr bool IsPlain(unsigned byte) {
     if (byte < 0x20) {
         return byte == '\t' || byte == '\n';
@@ -12,23 +14,28 @@ constexpr bool IsPlain(unsigned byte) {
     return byte != '<' && byte != '>' && byte != '&' && byte != '"' && byte != 0x7F;
 }
 
-// `IsPlain` of every byte: most of a page is text, and a look-up is a third of the work.
-struct PlainBytes {
-    constexpr PlainBytes() : isPlain() {
+// `IsPlain` of every byte, in a bit each: most of a page is text, and to look that up is half the
+// work.
+class PlainBytes {
+public:
+    constexpr PlainBytes() : bits() {
         for (unsigned byte = 0; byte < 0x100; ++byte) {
-            isPlain[byte] = IsPlain(byte);
+            bits[byte / 32] |= std::uint32_t{IsPlain(byte)} << byte % 32;
         }
     }
 
-    bool isPlain[0x100];
+    bool Has(unsigned char byte) const { return (bits[byte / 32] >> byte % 32 & 1) != 0; }
+
+private:
+    std::uint32_t bits[8];
 };
 
-constexpr PlainBytes bytes;
+constexpr PlainBytes plainBytes;
 
 }  // namespace
 
 char const* EndOfPlain(char const* text) {
-    while (bytes.isPlain[static_cast<unsigned char>(*text)]) {
+    while (plainBytes.Has(static_cast<unsigned char>(*text))) {
         ++text;
     }
     return text;

@@ -128,21 +128,17 @@ void Finish(ElementImpl const& element, Renderer& r, TagWriter& tag) {
     }
 }
 
-__attribute__((noinline)) void WriteLeaf(ElementImpl const& element, Renderer& r, int level) {
-    Begin(element, r, level);
-    TagWriter tag(r);
-    tag << '<' << element.tag;
-    WriteAttributes(element, tag);
-    tag << " >";
-    Finish(element, r, tag);
-}
-
-// The line end belongs to a body that follows.
+// A leaf is its opening tag. Any other element's is followed by a line end when a body comes.
 __attribute__((noinline)) void WriteOpeningTag(ElementImpl const& element, Renderer& r, int level) {
     Begin(element, r, level);
     TagWriter tag(r);
     tag << '<' << element.tag;
     WriteAttributes(element, tag);
+    if (element.isLeaf) {
+        tag << " >";
+        Finish(element, r, tag);
+        return;
+    }
     tag << '>';
     if (!element.children.empty() && r.oneLineDepth == 0) {
         tag.EndLine();
@@ -175,11 +171,10 @@ bool IsInScript(ElementImpl const& element) {
 }  // namespace
 
 void ElementImpl::Render(Renderer& r, int level) const {
+    WriteOpeningTag(*this, r, level);
     if (isLeaf) {
-        WriteLeaf(*this, r, level);
         return;
     }
-    WriteOpeningTag(*this, r, level);
     bool const hasBody = !children.empty();
     if (this == debugMsgs.impl.get()) {
         Diagnostics::RenderDebugLines(*this, r, level + 1);

@@ -1,7 +1,5 @@
 #include "elements/tag_writer.hpp"
 
-#include <cxxabi.h>
-
 #include "elements/renderer.hpp"
 
 namespace Quillo {
@@ -16,11 +14,11 @@ bool IsPlain(std::ostream const& stream) {
 }  // namespace
 
 TagWriter::TagWriter(Renderer& renderer)
-    : r(renderer), room(IsPlain(*renderer.out) ? sizeof buffer : 0), size(0), lastPiece(0) {}
+    : r(renderer), room(IsPlain(*renderer.out) ? sizeof buffer : 0), size(0) {}
 
 void TagWriter::AddToFull(std::string_view piece) {
     if (room != 0) {
-        WriteCollected(false);
+        WriteCollected();
     }
     if (piece.size() < room) {
         *this << piece;
@@ -32,47 +30,30 @@ void TagWriter::AddToFull(std::string_view piece) {
 
 void TagWriter::End() {
     if (room != 0) {
-        WriteCollected(false);
+        WriteCollected();
     }
 }
 
 void TagWriter::EndLine() {
-    if (room == 0) {
-        Quillo::EndLine(r);
-        return;
-    }
-    *this << '\n';
     if (room != 0) {
-        WriteCollected(true);
+        *this << '\n';
+        End();
+        r.out->flush();
+        r.atLineStart = true;
+    } else {
+        Quillo::EndLine(r);
     }
-    r.atLineStart = true;
 }
 
-// A stream whose buffer takes too little, or throws, is bad; and it has failed as well when another
-// piece, or the flush, was to follow.
-void TagWriter::WriteCollected(bool isFlushing) {
-    std::size_t taken = 0;
-    bool isFlushed = !isFlushing;
-    try {
-        std::streambuf& to = *r.out->rdbuf();
-        taken = static_cast<std::size_t>(to.sputn(buffer, static_cast<std::streamsize>(size)));
-        if (taken == size && isFlushing) {
-            isFlushed = to.pubsync() != -1;
-        }
-    } catch (abi::__forced_unwind const&) {
-        r.out->setstate(std::ios_base::badbit);
-        throw;  // the thread is being cancelled
-    } catch (...) {
-        // Neither taken nor flushed: the stream is one that does not throw.
-    }
-    if (taken < size || !isFlushed) {
-        bool const isFollowed = taken < lastPiece || (isFlushing && taken < size);
-        r.out->setstate(isFollowed ? std::ios_base::badbit | std::ios_base::failbit
-                                   : std::ios_base::badbit);
+// A stream that does not take them all is bad, and has failed as well: the pieces behind the one
+// that was too much would have been refused.
+void TagWriter::WriteCollected() {
+    WriteBytes(r, buffer, size);
+    size = 0;
+    if (!r.out->good()) {
+        r.out->setstate(std::ios_base::failbit);
         room = 0;
     }
-    size = 0;
-    r.atLineStart = false;
 }
 
 }  // namespace Quillo

@@ -24,7 +24,6 @@ public:
     TagWriter& operator<<(std::string_view piece) {
         if (piece.size() < room - size) {
             std::memcpy(buffer + size, piece.data(), piece.size());
-            lastPiece = size;
             size += piece.size();
         } else {
             AddToFull(piece);
@@ -41,12 +40,11 @@ public:
 
 private:
     void AddToFull(std::string_view piece);
-    void WriteCollected(bool isFlushing);
+    void WriteCollected();
 
     Renderer& r;
     std::size_t room;  // of the buffer; 0: pieces are written by themselves
     std::size_t size;
-    std::size_t lastPiece;  // where the last piece begins
     char buffer[512];
 };
 

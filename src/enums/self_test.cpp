@@ -19,10 +19,11 @@ std::ostream& Begin(char const* name) {
     return std::cout << "** " << name << "_UnitTest: ";
 }
 
-// Numbers go out as texts: a stream would group their digits by its locale.
+// Numbers go out as texts, digits alone: a stream would group them by its locale.
 
 int FailOrder(char const* name, int value) {
-    Begin(name) << "Quillo:: " << name << " " << std::to_string(value) << " is out-of-order\n";
+    Begin(name) << "Quillo:: " << name << " " << EscapeJavascriptString(value)
+                << " is out-of-order\n";
     return 1;
 }
 
@@ -33,7 +34,7 @@ int FailEnd(char const* name, char const* end) {
 
 int FailConversion(char const* name, char const* text, int value) {
     Begin(name) << "Failed back-and-forth conversion of \"" << Cstr(text) << "\" ("
-                << std::to_string(value) << ")" << std::endl;
+                << EscapeJavascriptString(value) << ")" << std::endl;
     return 1;
 }
 
