@@ -16,7 +16,6 @@
 #include <cstring>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -37,8 +36,6 @@ struct Store {
     std::optional<std::string> run;
     int patience = 2000;
     std::map<std::string, std::string> defaults;
-    std::unique_ptr<Database> database;
-    pid_t owner = 0;  // the process that opened the database
 };
 
 Store& TheStore() {
@@ -68,34 +65,21 @@ std::string Run() {
     return run ? *run : ReadFirstLine("/proc/sys/kernel/random/boot_id").value_or("");
 }
 
-std::unique_ptr<Database> OpenDatabase() {
+// The database, opened for one call. No connection outlives a call: SQLite's locks belong to the
+// process that took them, so one that a fork carried into another process would lose updates.
+Database OpenDatabase() {
     namespace fs = std::filesystem;
     fs::path const folder = TheStore().folder.value_or(DefaultFolder());
     if (fs::create_directories(folder)) {
         fs::permissions(folder, fs::perms::owner_all);
     }
-    auto database =
-        std::make_unique<Database>((folder / "configuration.db").string(), TheStore().patience);
-    database->Run(
+    Database database((folder / "configuration.db").string(), TheStore().patience);
+    database.Run(
         "PRAGMA journal_mode = WAL;"
         "PRAGMA synchronous = FULL;"
         "CREATE TABLE IF NOT EXISTS setting"
         "(name TEXT PRIMARY KEY, stored TEXT, running TEXT, run TEXT) WITHOUT ROWID");
     return database;
-}
-
-// The database, opened when it is first needed. A connection must not be used in a process that was
-// forked from the one that opened it, nor closed there: it is left alone, and another is opened.
-Database& TheDatabase() {
-    Store& store = TheStore();
-    if (store.owner != getpid()) {
-        static_cast<void>(store.database.release());
-        store.owner = getpid();
-    }
-    if (!store.database) {
-        store.database = OpenDatabase();
-    }
-    return *store.database;
 }
 
 bool HasControlByte(std::string const& text) {
@@ -155,9 +139,9 @@ int Guarded(char const* call, std::string const& name, Work work) noexcept {
 }
 
 std::string ValueOf(std::string const& name) {
+    Database database = OpenDatabase();
     Statement query(
-        TheDatabase(),
-        "SELECT CASE WHEN run = ? THEN running END, stored FROM setting WHERE name = ?");
+        database, "SELECT CASE WHEN run = ? THEN running END, stored FROM setting WHERE name = ?");
     query.Bind(Run()).Bind(name);
     if (query.Step()) {
         for (int const column : {0, 1}) {
@@ -192,8 +176,9 @@ int ReadBoolean(std::string const& name, int& value) {
 }
 
 int WriteRunning(std::string const& name, std::string const& value) {
-    Transaction transaction(TheDatabase());
-    Statement(TheDatabase(),
+    Database database = OpenDatabase();
+    Transaction transaction(database);
+    Statement(database,
               "INSERT INTO setting (name, running, run) VALUES (?, ?, ?) "
               "ON CONFLICT (name) DO UPDATE SET running = excluded.running, run = excluded.run")
         .Bind(name)
@@ -205,8 +190,9 @@ int WriteRunning(std::string const& name, std::string const& value) {
 }
 
 int WriteBoth(std::string const& name, std::string const& value) {
-    Transaction transaction(TheDatabase());
-    Statement(TheDatabase(),
+    Database database = OpenDatabase();
+    Transaction transaction(database);
+    Statement(database,
               "INSERT INTO setting (name, stored, running, run) VALUES (?, ?, ?, ?) "
               "ON CONFLICT (name) DO UPDATE SET stored = excluded.stored, "
               "running = excluded.running, run = excluded.run")
@@ -223,7 +209,6 @@ int WriteBoth(std::string const& name, std::string const& value) {
 
 void SetStateFolder(std::string const& folder) {
     TheStore().folder = folder;
-    TheStore().database.reset();
 }
 
 void SetServiceRun(std::string const& run) {
@@ -232,7 +217,6 @@ void SetServiceRun(std::string const& run) {
 
 void SetStorePatience(int milliseconds) {
     TheStore().patience = milliseconds;
-    TheStore().database.reset();
 }
 
 bool DeclareSetting(std::string const& name, std::string const& defaultValue) {

@@ -18,12 +18,21 @@ sqlite3* Open(std::string const& path) {
 }  // namespace
 
 Database::Database(std::string const& file, int patience)
-    : path(file), connection(Open(file), sqlite3_close) {
+    : path(file),
+      end(std::chrono::steady_clock::now() + std::chrono::milliseconds(patience)),
+      connection(Open(file), sqlite3_close) {
     sqlite3_busy_timeout(handle(), patience);
 }
 
 void Database::Run(char const* sql) {
-    if (sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    int result = sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr);
+    // A reader that becomes a writer is not made to wait by SQLite, since two of them would wait
+    // for each other.
+    while (result == SQLITE_BUSY && std::chrono::steady_clock::now() < end) {
+        sqlite3_sleep(1);
+        result = sqlite3_exec(handle(), sql, nullptr, nullptr, nullptr);
+    }
+    if (result != SQLITE_OK) {
         Fail();
     }
 }

@@ -5,6 +5,7 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -20,10 +21,12 @@ public:
 // One connection. Not to be carried over a fork.
 class Database {
 public:
-    // Opens the file, or makes it. A write waits at most `patience` milliseconds for others.
+    // Opens the file, or makes it. From then on other processes' locks are waited for, `patience`
+    // milliseconds long.
     Database(std::string const& path, int patience);
 
-    // Runs statements that have no result. Throws DatabaseError.
+    // Runs statements that have no result, and that may be run again if they were cut short by
+    // another process's lock. Throws DatabaseError.
     void Run(char const* sql);
 
     [[noreturn]] void Fail() const;
@@ -32,6 +35,7 @@ public:
 
 private:
     std::string const path;
+    std::chrono::steady_clock::time_point const end;  // of the patience
     std::unique_ptr<sqlite3, int (*)(sqlite3*)> connection;
 };
 

@@ -1,7 +1,3 @@
-#include <config_store.h>
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,40 +6,13 @@
 
 #include "host/config_store.hpp"
 #include "host/database.hpp"
-#include "host/host.hpp"
-#include "temp_folder.hpp"
+#include "platform/store_fixture.hpp"
 
 using namespace QuilloHost;
 
 namespace {
 
-class ConfigStoreTest : public ::testing::Test {
-protected:
-    ConfigStoreTest() {
-        SetStateFolder(folder.path + "/state");
-        SetServiceRun("first run");
-        SetStorePatience(0);
-        DeclareSetting("x", "FALSE");
-        DeclareSetting("y", "TRUE");
-    }
-
-    static int Read(char const* name) {
-        int value = -4711;
-        EXPECT_EQ(Cfg_GetBoolAttrValue(name, &value), 0) << name;
-        return value;
-    }
-
-    // The log of `work`.
-    static std::string Log(std::function<void()> const& work) {
-        ::testing::internal::CaptureStderr();
-        work();
-        return ::testing::internal::GetCapturedStderr();
-    }
-
-    std::string File() const { return folder.path + "/state/configuration.db"; }
-
-    TempFolder folder;
-};
+using ConfigStoreTest = StoreFixture;
 
 TEST_F(ConfigStoreTest, ASettingHasItsDefaultUntilItIsSet) {
     EXPECT_EQ(Read("x"), 0);
@@ -88,7 +57,7 @@ TEST_F(ConfigStoreTest, AnUpdateHoldsInEveryRunAndCoversTheRunningValue) {
     EXPECT_EQ(Read("x"), 0) << "the running value, over the stored one";
     SetServiceRun("second run");
     EXPECT_EQ(Read("x"), 1);
-    SetStateFolder(folder.path + "/state");  // opens the database anew
+    SetStateFolder(State());  // opens the database anew
     EXPECT_EQ(Read("x"), 1);
     EXPECT_EQ(Read("y"), 1);
 }
@@ -212,7 +181,7 @@ TEST_F(ConfigStoreTest, AFolderThatCannotBeMadeIsAFailure) {
 TEST_F(ConfigStoreTest, TheFolderIsTheOwnersAloneAndTheDatabaseInWalMode) {
     EXPECT_EQ(ConfigUpdate("x=TRUE"), 0);
     namespace fs = std::filesystem;
-    EXPECT_EQ(fs::status(folder.path + "/state").permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(State()).permissions(), fs::perms::owner_all);
     Database database(File(), 0);
     Statement mode(database, "PRAGMA journal_mode");
     ASSERT_TRUE(mode.Step());
