@@ -175,35 +175,20 @@ int ReadBoolean(std::string const& name, int& value) {
     return ConfigStatus_Done;
 }
 
-int WriteRunning(std::string const& name, std::string const& value) {
+// Runs a statement that writes name, ?1, value, ?2, and run, ?3: by itself it is a transaction.
+int Write(char const* sql, std::string const& name, std::string const& value) {
     Database database = OpenDatabase();
-    Transaction transaction(database);
-    Statement(database,
-              "INSERT INTO setting (name, running, run) VALUES (?, ?, ?) "
-              "ON CONFLICT (name) DO UPDATE SET running = excluded.running, run = excluded.run")
-        .Bind(name)
-        .Bind(value)
-        .Bind(Run())
-        .Step();
-    transaction.Commit();
+    Statement(database, sql).Bind(name).Bind(value).Bind(Run()).Step();
     return ConfigStatus_Done;
 }
 
-int WriteBoth(std::string const& name, std::string const& value) {
-    Database database = OpenDatabase();
-    Transaction transaction(database);
-    Statement(database,
-              "INSERT INTO setting (name, stored, running, run) VALUES (?, ?, ?, ?) "
-              "ON CONFLICT (name) DO UPDATE SET stored = excluded.stored, "
-              "running = excluded.running, run = excluded.run")
-        .Bind(name)
-        .Bind(value)
-        .Bind(value)
-        .Bind(Run())
-        .Step();
-    transaction.Commit();
-    return ConfigStatus_Done;
-}
+constexpr char writeRunning[] =
+    "INSERT INTO setting (name, running, run) VALUES (?1, ?2, ?3) "
+    "ON CONFLICT (name) DO UPDATE SET running = ?2, run = ?3";
+
+constexpr char writeBoth[] =
+    "INSERT INTO setting (name, stored, running, run) VALUES (?1, ?2, ?2, ?3) "
+    "ON CONFLICT (name) DO UPDATE SET stored = ?2, running = ?2, run = ?3";
 
 }  // namespace
 
@@ -249,7 +234,7 @@ int Cfg_SetAttrValue(char const* name, char const* value) {
     }
     return Guarded(__func__, name, [&] {
         int const status = CheckAssignment("Cfg_SetAttrValue", name, value);
-        return status == ConfigStatus_Done ? WriteRunning(name, value) : status;
+        return status == ConfigStatus_Done ? Write(writeRunning, name, value) : status;
     });
 }
 
@@ -262,6 +247,6 @@ long ConfigUpdate(char const* assignment) {
     return Guarded(__func__, assignment, [&] {
         std::string const name(assignment, equals);
         int const status = CheckAssignment("ConfigUpdate", name, equals + 1);
-        return status == ConfigStatus_Done ? WriteBoth(name, equals + 1) : status;
+        return status == ConfigStatus_Done ? Write(writeBoth, name, equals + 1) : status;
     });
 }

@@ -77,21 +77,4 @@ std::string Statement::Text(int column) const {
     return std::string(static_cast<char const*>(bytes), static_cast<std::size_t>(size));
 }
 
-// At once a writer: a transaction that begins as a reader could not become one behind another's
-// write.
-Transaction::Transaction(Database& database) : owner(database) {
-    owner.Run("BEGIN IMMEDIATE");
-}
-
-Transaction::~Transaction() {
-    if (isOpen) {
-        sqlite3_exec(owner.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-    }
-}
-
-void Transaction::Commit() {
-    owner.Run("COMMIT");
-    isOpen = false;
-}
-
 }  // namespace QuilloHost

@@ -59,21 +59,6 @@ private:
     int bound = 0;
 };
 
-// A transaction that writes: undone at the end of its scope unless it was committed.
-class Transaction {
-public:
-    explicit Transaction(Database& database);
-    Transaction(Transaction const&) = delete;
-    Transaction& operator=(Transaction const&) = delete;
-    ~Transaction();
-
-    void Commit();
-
-private:
-    Database& owner;
-    bool isOpen = true;
-};
-
 }  // namespace QuilloHost
 
 #endif

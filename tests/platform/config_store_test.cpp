@@ -143,7 +143,7 @@ TEST_F(ConfigStoreTest, ALockedDatabaseIsAFailureThatChangesNothing) {
     EXPECT_EQ(ConfigUpdate("x=FALSE"), 0);
     {
         Database other(File(), 0);
-        Transaction const writing(other);
+        other.Run("BEGIN IMMEDIATE");
         std::string const log = Log([] {
             EXPECT_EQ(ConfigUpdate("x=TRUE"), ConfigStatus_StoreFailed);
             EXPECT_EQ(Cfg_SetAttrValue("x", "TRUE"), ConfigStatus_StoreFailed);
