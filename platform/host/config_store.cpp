@@ -1,28 +1,17 @@
-// The configuration store: one table in a SQLite database, in WAL mode, a row a setting that was
-// ever set.
-//
-//     setting(name TEXT PRIMARY KEY, stored TEXT, running TEXT, run TEXT)
-//
-// `running` holds as long as `run` is the run of the service, which is a boot of the machine unless
-// the set-up says otherwise; then `stored` holds, and without one the default that the setting was
-// declared with. Both are changed in one transaction, and every commit is synced: a power cut
-// leaves the old values or the new ones.
+// The configuration store: the settings that were declared, the rules of their names and values,
+// and the log entries of what breaks them. The values themselves are in setting_table.
 #include "host/config_store.hpp"
 
-#include <unistd.h>
-
 #include <charconv>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "host/contract.hpp"
-#include "host/database.hpp"
 #include "host/host.hpp"
-#include "host/sys/text_file.hpp"
+#include "host/setting_table.hpp"
 
 namespace QuilloHost {
 
@@ -31,58 +20,13 @@ namespace {
 constexpr std::size_t longestName = 64;
 constexpr std::size_t longestValue = 256;
 
-struct Store {
-    std::optional<std::string> folder;
-    std::optional<std::string> run;
-    int patience = 2000;
-    std::map<std::string, std::string> defaults;
-};
-
-Store& TheStore() {
-    static Store store;
-    return store;
+// Each setting's default value.
+std::map<std::string, std::string, std::less<>>& Declared() {
+    static std::map<std::string, std::string, std::less<>> declared;
+    return declared;
 }
 
-std::string FromEnvironment(char const* name) {
-    char const* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
-
-std::string DefaultFolder() {
-    std::string const named = FromEnvironment("QUILLO_STATE_DIR");
-    if (!named.empty()) {
-        return named;
-    }
-    if (geteuid() == 0) {
-        return "/var/lib/quillo";
-    }
-    std::string const state = FromEnvironment("XDG_STATE_HOME");
-    return state.empty() ? FromEnvironment("HOME") + "/.local/state/quillo" : state + "/quillo";
-}
-
-std::string Run() {
-    std::optional<std::string> const& run = TheStore().run;
-    return run ? *run : ReadFirstLine("/proc/sys/kernel/random/boot_id").value_or("");
-}
-
-// The database, opened for one call. No connection outlives a call: SQLite's locks belong to the
-// process that took them, so one that a fork carried into another process would lose updates.
-Database OpenDatabase() {
-    namespace fs = std::filesystem;
-    fs::path const folder = TheStore().folder.value_or(DefaultFolder());
-    if (fs::create_directories(folder)) {
-        fs::permissions(folder, fs::perms::owner_all);
-    }
-    Database database((folder / "configuration.db").string(), TheStore().patience);
-    database.Run(
-        "PRAGMA journal_mode = WAL;"
-        "PRAGMA synchronous = FULL;"
-        "CREATE TABLE IF NOT EXISTS setting"
-        "(name TEXT PRIMARY KEY, stored TEXT, running TEXT, run TEXT) WITHOUT ROWID");
-    return database;
-}
-
-bool HasControlByte(std::string const& text) {
+bool HasControlByte(std::string_view text) {
     for (char const c : text) {
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
             return true;
@@ -91,35 +35,35 @@ bool HasControlByte(std::string const& text) {
     return false;
 }
 
-bool IsName(std::string const& name) {
+bool IsName(std::string_view name) {
     return !name.empty() && name.size() <= longestName && name.front() != ' ' &&
-           name.back() != ' ' && name.find('=') == std::string::npos && !HasControlByte(name);
+           name.back() != ' ' && name.find('=') == name.npos && !HasControlByte(name);
 }
 
-bool IsValue(std::string const& value) {
+bool IsValue(std::string_view value) {
     return value.size() <= longestValue && !HasControlByte(value);
 }
 
-int Fail(ConfigStatus status, char const* call, std::string const& name, char const* what) {
-    Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: setting \"%s\": %s", call, name.c_str(),
-                  what);
+int Fail(ConfigStatus status, char const* call, std::string_view name, char const* what) {
+    Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: setting \"%.*s\": %s", call,
+                  static_cast<int>(name.size()), name.data(), what);
     return status;
 }
 
 // Whether `name` may be read or set, else the failure behind its log entry.
-int CheckName(char const* call, std::string const& name) {
+int CheckName(char const* call, std::string_view name) {
     if (!IsName(name)) {
         return Fail(ConfigStatus_BadArgument, call, name,
                     "a name has 1 to 64 bytes, no '=', no control byte and no blank at its ends");
     }
-    if (TheStore().defaults.count(name) == 0) {
+    if (Declared().find(name) == Declared().end()) {
         return Fail(ConfigStatus_UnknownName, call, name,
                     "there is no such setting; a setting is declared before it is used");
     }
     return ConfigStatus_Done;
 }
 
-int CheckAssignment(char const* call, std::string const& name, std::string const& value) {
+int CheckAssignment(char const* call, std::string_view name, std::string_view value) {
     int const status = CheckName(call, name);
     if (status == ConfigStatus_Done && !IsValue(value)) {
         return Fail(ConfigStatus_BadArgument, call, name,
@@ -130,27 +74,12 @@ int CheckAssignment(char const* call, std::string const& name, std::string const
 
 // Runs `work`, which may throw, and gives its status.
 template <class Work>
-int Guarded(char const* call, std::string const& name, Work work) noexcept {
+int Guarded(char const* call, std::string_view name, Work work) noexcept {
     try {
         return work();
     } catch (std::exception const& error) {
         return Fail(ConfigStatus_StoreFailed, call, name, error.what());
     }
-}
-
-std::string ValueOf(std::string const& name) {
-    Database database = OpenDatabase();
-    Statement query(
-        database, "SELECT CASE WHEN run = ? THEN running END, stored FROM setting WHERE name = ?");
-    query.Bind(Run()).Bind(name);
-    if (query.Step()) {
-        for (int const column : {0, 1}) {
-            if (!query.IsNull(column)) {
-                return query.Text(column);
-            }
-        }
-    }
-    return TheStore().defaults[name];
 }
 
 // TRUE, FALSE, or a whole number that an int holds.
@@ -165,44 +94,31 @@ std::optional<int> ParseBoolean(std::string const& text) {
     return isNumber ? std::optional<int>(number) : std::nullopt;
 }
 
-int ReadBoolean(std::string const& name, int& value) {
-    std::optional<int> const number = ParseBoolean(ValueOf(name));
+int ReadBoolean(char const* call, std::string_view name, int& value) {
+    std::optional<int> const number =
+        ParseBoolean(FindValue(name).value_or(Declared().find(name)->second));
     if (!number) {
-        return Fail(ConfigStatus_NotBoolean, "Cfg_GetBoolAttrValue", name,
+        return Fail(ConfigStatus_NotBoolean, call, name,
                     "its value is neither TRUE nor FALSE nor a whole number");
     }
     value = *number;
     return ConfigStatus_Done;
 }
 
-// Runs a statement that writes name, ?1, value, ?2, and run, ?3: by itself it is a transaction.
-int Write(char const* sql, std::string const& name, std::string const& value) {
-    Database database = OpenDatabase();
-    Statement(database, sql).Bind(name).Bind(value).Bind(Run()).Step();
-    return ConfigStatus_Done;
+using Writer = void(std::string_view name, std::string_view value);
+
+int Assign(char const* call, std::string_view name, std::string_view value,
+           Writer* write) noexcept {
+    return Guarded(call, name, [&] {
+        int const status = CheckAssignment(call, name, value);
+        if (status == ConfigStatus_Done) {
+            write(name, value);
+        }
+        return status;
+    });
 }
-
-constexpr char writeRunning[] =
-    "INSERT INTO setting (name, running, run) VALUES (?1, ?2, ?3) "
-    "ON CONFLICT (name) DO UPDATE SET running = ?2, run = ?3";
-
-constexpr char writeBoth[] =
-    "INSERT INTO setting (name, stored, running, run) VALUES (?1, ?2, ?2, ?3) "
-    "ON CONFLICT (name) DO UPDATE SET stored = ?2, running = ?2, run = ?3";
 
 }  // namespace
-
-void SetStateFolder(std::string const& folder) {
-    TheStore().folder = folder;
-}
-
-void SetServiceRun(std::string const& run) {
-    TheStore().run = run;
-}
-
-void SetStorePatience(int milliseconds) {
-    TheStore().patience = milliseconds;
-}
 
 bool DeclareSetting(std::string const& name, std::string const& defaultValue) {
     if (!IsName(name) || !IsValue(defaultValue)) {
@@ -210,7 +126,7 @@ bool DeclareSetting(std::string const& name, std::string const& defaultValue) {
              "the name or the default value breaks the rules");
         return false;
     }
-    TheStore().defaults[name] = defaultValue;
+    Declared()[name] = defaultValue;
     return true;
 }
 
@@ -222,9 +138,9 @@ int Cfg_GetBoolAttrValue(char const* name, int* value) {
     if (name == nullptr || value == nullptr) {
         return Fail(ConfigStatus_BadArgument, __func__, "", "there is no name, or no place for it");
     }
-    return Guarded(__func__, name, [&] {
-        int const status = CheckName("Cfg_GetBoolAttrValue", name);
-        return status == ConfigStatus_Done ? ReadBoolean(name, *value) : status;
+    return Guarded(__func__, name, [&, call = __func__] {
+        int const status = CheckName(call, name);
+        return status == ConfigStatus_Done ? ReadBoolean(call, name, *value) : status;
     });
 }
 
@@ -232,10 +148,7 @@ int Cfg_SetAttrValue(char const* name, char const* value) {
     if (name == nullptr || value == nullptr) {
         return Fail(ConfigStatus_BadArgument, __func__, "", "there is no name, or no value");
     }
-    return Guarded(__func__, name, [&] {
-        int const status = CheckAssignment("Cfg_SetAttrValue", name, value);
-        return status == ConfigStatus_Done ? Write(writeRunning, name, value) : status;
-    });
+    return Assign(__func__, name, value, WriteRunning);
 }
 
 long ConfigUpdate(char const* assignment) {
@@ -244,9 +157,6 @@ long ConfigUpdate(char const* assignment) {
         return Fail(ConfigStatus_BadArgument, __func__, assignment != nullptr ? assignment : "",
                     "an assignment has the form NAME=VALUE");
     }
-    return Guarded(__func__, assignment, [&] {
-        std::string const name(assignment, equals);
-        int const status = CheckAssignment("ConfigUpdate", name, equals + 1);
-        return status == ConfigStatus_Done ? Write(writeBoth, name, equals + 1) : status;
-    });
+    std::string_view const name(assignment, static_cast<std::size_t>(equals - assignment));
+    return Assign(__func__, name, equals + 1, WriteStoredAndRunning);
 }

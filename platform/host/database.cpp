@@ -1,18 +1,37 @@
 #include "host/database.hpp"
 
+#include <cerrno>
+#include <cstring>
+
 namespace QuilloHost {
 
 namespace {
 
-sqlite3* Open(std::string const& path) {
-    sqlite3* connection = nullptr;
-    int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW;
-    int const result = sqlite3_open_v2(path.c_str(), &connection, flags, nullptr);
-    if (result != SQLITE_OK) {
-        sqlite3_close(connection);
-        throw DatabaseError(path + ": " + sqlite3_errstr(result));
+char const* Advice(int result, int systemError) {
+    // What could not be synced was written nevertheless, and may be found when all else that fails
+    // works again.
+    if (result == SQLITE_IOERR_FSYNC) {
+        return "see to its disk and set the value again, for the old or the new one may hold now";
     }
-    return connection;
+    if (systemError == ENOSPC || systemError == EDQUOT || result == SQLITE_FULL) {
+        return "make room on its disk";
+    }
+    if (result == SQLITE_CANTOPEN_SYMLINK) {
+        return "put a file in the place of the symbolic link";
+    }
+    switch (result & 0xFF) {
+        case SQLITE_BUSY:
+            return "do it again when the process that writes to it is done";
+        case SQLITE_NOTADB:
+        case SQLITE_CORRUPT:
+            return "move it away, and every setting has its default again";
+        case SQLITE_PERM:
+        case SQLITE_READONLY:
+        case SQLITE_CANTOPEN:
+            return "let this process write to it and to its folder, and make room on its disk";
+        default:
+            return "see that its disk is sound and has room";
+    }
 }
 
 }  // namespace
@@ -20,7 +39,14 @@ sqlite3* Open(std::string const& path) {
 Database::Database(std::string const& file, int patience)
     : path(file),
       end(std::chrono::steady_clock::now() + std::chrono::milliseconds(patience)),
-      connection(Open(file), sqlite3_close) {
+      connection(nullptr, sqlite3_close) {
+    sqlite3* opened = nullptr;
+    int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW;
+    int const result = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+    connection.reset(opened);
+    if (result != SQLITE_OK) {
+        Fail();
+    }
     sqlite3_busy_timeout(handle(), patience);
 }
 
@@ -38,7 +64,13 @@ void Database::Run(char const* sql) {
 }
 
 void Database::Fail() const {
-    throw DatabaseError(path + ": " + sqlite3_errmsg(handle()));
+    int const result = sqlite3_extended_errcode(handle());
+    int const systemError = sqlite3_system_errno(handle());
+    std::string message = path + ": " + sqlite3_errmsg(handle());
+    if (systemError != 0) {
+        message += std::string(" (") + std::strerror(systemError) + ")";
+    }
+    throw DatabaseError(message + ": " + Advice(result, systemError));
 }
 
 Statement::Statement(Database& database, char const* sql)
@@ -50,7 +82,7 @@ Statement::Statement(Database& database, char const* sql)
     statement.reset(prepared);
 }
 
-Statement& Statement::Bind(std::string const& text) {
+Statement& Statement::Bind(std::string_view text) {
     // SQLite copies the text, for it may be gone before the statement is run.
     if (sqlite3_bind_text(statement.get(), ++bound, text.data(), static_cast<int>(text.size()),
                           SQLITE_TRANSIENT) != SQLITE_OK) {
@@ -67,13 +99,12 @@ bool Statement::Step() {
     return result == SQLITE_ROW;
 }
 
-bool Statement::IsNull(int column) const {
-    return sqlite3_column_type(statement.get(), column) == SQLITE_NULL;
-}
-
-std::string Statement::Text(int column) const {
-    void const* const bytes = sqlite3_column_blob(statement.get(), column);
-    int const size = sqlite3_column_bytes(statement.get(), column);
+std::optional<std::string> Statement::Text() const {
+    void const* const bytes = sqlite3_column_blob(statement.get(), 0);
+    int const size = sqlite3_column_bytes(statement.get(), 0);
+    if (sqlite3_column_type(statement.get(), 0) == SQLITE_NULL) {
+        return std::nullopt;
+    }
     return std::string(static_cast<char const*>(bytes), static_cast<std::size_t>(size));
 }
 

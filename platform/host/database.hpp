@@ -7,18 +7,20 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace QuilloHost {
 
-// What SQLite says went wrong, the database's path in front.
+// The database's path, what SQLite says went wrong, what the system says, and what to do.
 class DatabaseError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// One connection. Not to be carried over a fork.
+// One connection. Not to be open when the process forks.
 class Database {
 public:
     // Opens the file, or makes it. From then on other processes' locks are waited for, `patience`
@@ -44,14 +46,13 @@ class Statement {
 public:
     Statement(Database& database, char const* sql);
 
-    Statement& Bind(std::string const& text);
+    Statement& Bind(std::string_view text);
 
     // Goes to the next row of the result; false behind the last one. Throws DatabaseError.
     bool Step();
 
-    // Whether the column, counted from 0, holds NULL, and its text. Only on a row.
-    bool IsNull(int column) const;
-    std::string Text(int column) const;
+    // The text of the first column; nothing for NULL. Only on a row.
+    std::optional<std::string> Text() const;
 
 private:
     Database& owner;

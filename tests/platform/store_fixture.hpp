@@ -28,6 +28,15 @@ protected:
         return value;
     }
 
+    // The running value of x, and the one that a restart would bring: "1 0".
+    static std::string Values() {
+        std::string const running = std::to_string(Read("x"));
+        QuilloHost::SetServiceRun("another run");
+        std::string const stored = std::to_string(Read("x"));
+        QuilloHost::SetServiceRun("first run");
+        return running + " " + stored;
+    }
+
     // The log of `work`.
     static std::string Log(std::function<void()> const& work) {
         CapturedStderr const captured;

@@ -1,0 +1,145 @@
+// One table in a SQLite database, in WAL mode, a row a setting that was ever set.
+//
+//     setting(name TEXT PRIMARY KEY, stored TEXT, running TEXT, run TEXT)
+//
+// `running` holds as long as `run` is the run of the service, which is a boot of the machine unless
+// the set-up says otherwise; then `stored` holds. Both are changed in one transaction, and every
+// commit is synced: a power cut leaves the old values or the new ones.
+//
+// No connection outlives a call. SQLite keeps account of its locks by process, and a fork copies
+// that account but not the locks: a connection that was open then, used or not, would let the one
+// process remove the log that the other writes to.
+#include "host/setting_table.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+
+#include "host/database.hpp"
+#include "host/host.hpp"
+#include "host/sys/roots.hpp"
+#include "host/sys/text_file.hpp"
+
+namespace QuilloHost {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Place {
+    std::optional<std::string> folder;
+    std::optional<std::string> run;
+    int patience = 2000;
+};
+
+Place& ThePlace() {
+    static Place place;
+    return place;
+}
+
+std::string FromEnvironment(char const* name) {
+    char const* const value = std::getenv(name);
+    return value != nullptr ? value : "";
+}
+
+std::string DefaultFolder() {
+    std::string const named = FromEnvironment("QUILLO_STATE_DIR");
+    if (!named.empty()) {
+        return named;
+    }
+    if (geteuid() == 0) {
+        return "/var/lib/quillo";
+    }
+    std::string const state = FromEnvironment("XDG_STATE_HOME");
+    return state.empty() ? FromEnvironment("HOME") + "/.local/state/quillo" : state + "/quillo";
+}
+
+std::string Run() {
+    if (ThePlace().run) {
+        return *ThePlace().run;
+    }
+    std::string const file = MachineRoots().proc + "/sys/kernel/random/boot_id";
+    std::optional<std::string> const boot = ReadFirstLine(file);
+    if (!boot) {
+        throw std::runtime_error(file + " cannot be read, and without it a running value has no " +
+                                 "end: mount /proc");
+    }
+    return *boot;
+}
+
+// The owner's alone from its first moment on.
+void MakeFolder(fs::path const& folder) {
+    std::error_code error;
+    fs::create_directories(folder.parent_path(), error);
+    if (!error && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        error.assign(errno, std::generic_category());
+    }
+    if (error) {
+        throw std::runtime_error(folder.string() + " cannot be made: " + error.message() +
+                                 ": QUILLO_STATE_DIR names the folder of the store");
+    }
+}
+
+Database OpenDatabase() {
+    fs::path const folder =
+        fs::absolute(ThePlace().folder.value_or(DefaultFolder()) + "/").parent_path();
+    MakeFolder(folder);
+    // SQLite follows no symbolic link, and would not even follow those that the folder lies behind.
+    Database database(fs::canonical(folder) / "configuration.db", ThePlace().patience);
+    database.Run(
+        "PRAGMA journal_mode = WAL;"
+        "PRAGMA synchronous = FULL;"
+        "CREATE TABLE IF NOT EXISTS setting"
+        "(name TEXT PRIMARY KEY, stored TEXT, running TEXT, run TEXT) WITHOUT ROWID");
+    return database;
+}
+
+// Runs a statement that writes name, ?1, value, ?2, and run, ?3: by itself it is a transaction.
+void Write(char const* sql, std::string_view name, std::string_view value) {
+    Database database = OpenDatabase();
+    Statement(database, sql).Bind(name).Bind(value).Bind(Run()).Step();
+}
+
+}  // namespace
+
+std::optional<std::string> FindValue(std::string_view name) {
+    Database database = OpenDatabase();
+    Statement query(database,
+                    "SELECT coalesce(CASE WHEN run = ? THEN running END, stored) FROM setting "
+                    "WHERE name = ?");
+    query.Bind(Run()).Bind(name);
+    return query.Step() ? query.Text() : std::nullopt;
+}
+
+void WriteRunning(std::string_view name, std::string_view value) {
+    Write(
+        "INSERT INTO setting (name, running, run) VALUES (?1, ?2, ?3) "
+        "ON CONFLICT (name) DO UPDATE SET running = ?2, run = ?3",
+        name, value);
+}
+
+void WriteStoredAndRunning(std::string_view name, std::string_view value) {
+    Write(
+        "INSERT INTO setting (name, stored, running, run) VALUES (?1, ?2, ?2, ?3) "
+        "ON CONFLICT (name) DO UPDATE SET stored = ?2, running = ?2, run = ?3",
+        name, value);
+}
+
+void SetStateFolder(std::string const& folder) {
+    ThePlace().folder = folder;
+}
+
+void SetServiceRun(std::string const& run) {
+    ThePlace().run = run;
+}
+
+void SetStorePatience(int milliseconds) {
+    ThePlace().patience = milliseconds;
+}
+
+}  // namespace QuilloHost

@@ -1,0 +1,218 @@
+// The configuration store in trouble: what fails changes nothing, says so, and works when the
+// trouble is over.
+#include <cerrno>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "host/config_store.hpp"
+#include "host/database.hpp"
+#include "platform/disk_calls.hpp"
+#include "platform/plain_user.hpp"
+#include "platform/store_fixture.hpp"
+
+using namespace QuilloHost;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class TroubledStore : public StoreFixture {
+protected:
+    // A store of its own: the default of x is 0, its stored value 3, its running value 4.
+    static void Begin(std::string const& state, bool isNew) {
+        SetStateFolder(state);
+        if (!isNew) {
+            ASSERT_EQ(ConfigUpdate("x=3"), 0);
+            ASSERT_EQ(Cfg_SetAttrValue("x", "4"), 0);
+        }
+    }
+
+    // ConfigUpdate with a disk in trouble, from the call behind `allowed` on. Returns whether there
+    // were so many calls.
+    static bool Check(bool isNew, DiskCalls::Trouble trouble, int allowed, int error) {
+        TempFolder const place;
+        Begin(place.path + "/state", isNew);
+        long status = -1;
+        std::string const log = Log([&] {
+            DiskCalls const calls(allowed, trouble, error);
+            status = ConfigUpdate("x=5");
+        });
+        std::string const failed = DiskCalls::FirstFailed();
+        SCOPED_TRACE(failed + ", call " + std::to_string(allowed) + ": " + log);
+        bool const isDone = status == ConfigStatus_Done;
+        EXPECT_TRUE(isDone || status == ConfigStatus_StoreFailed) << status;
+        EXPECT_EQ(isDone, log.empty());
+        EXPECT_TRUE(isDone || IsEntryAbout(log, place.path + "/state"));
+        // What was written but could not be synced is removed, unless that fails, too.
+        bool const mayHold = trouble == DiskCalls::Trouble::FailureFromThenOn &&
+                             log.find("the old or the new one may hold") != std::string::npos;
+        std::string const values = Values();
+        if (!mayHold || values != "5 5") {
+            EXPECT_EQ(values, isDone ? "5 5" : isNew ? "0 0" : "4 3");
+        }
+        EXPECT_EQ(ConfigUpdate("x=6"), 0);
+        EXPECT_EQ(Values(), "6 6");
+        return !failed.empty();
+    }
+
+    // One entry, that says what, where and what to do.
+    static bool IsEntryAbout(std::string const& log, std::string const& place) {
+        std::size_t const entry = log.find(": setting \"x\": " + place);
+        bool const isOne = entry != std::string::npos && log.find('\n') == log.size() - 1;
+        for (
+            char const* const advice :
+            {": make room on its disk\n", ": see that its disk is sound and has room\n",
+             ": let this process write to it and to its folder, and make room on its disk\n",
+             ": see to its disk and set the value again, for the old or the new one may hold now\n",
+             ": do it again when the process that writes to it is done\n",
+             ": move it away, and every setting has its default again\n",
+             ": put a file in the place of the symbolic link\n",
+             ": QUILLO_STATE_DIR names the folder of the store\n"}) {
+            std::size_t const at = log.find(advice);
+            if (at != std::string::npos && at > entry) {
+                return isOne;
+            }
+        }
+        return false;
+    }
+
+    // Every call fails, with an entry about `place` that has `said` in it, while the store is in
+    // trouble.
+    void ExpectFailures(std::string const& place, std::string const& said) {
+        int value = 4711;
+        for (auto const& call : std::vector<std::function<long()>>{
+                 [&] { return Cfg_GetBoolAttrValue("x", &value); },
+                 [] { return Cfg_SetAttrValue("x", "5"); }, [] { return ConfigUpdate("x=5"); }}) {
+            std::string const log = Log([&] { EXPECT_EQ(call(), ConfigStatus_StoreFailed); });
+            EXPECT_TRUE(IsEntryAbout(log, place)) << log;
+            EXPECT_NE(log.find(said), std::string::npos) << log;
+            EXPECT_EQ(value, 4711);
+        }
+    }
+
+    void ExpectUsable() {
+        EXPECT_EQ(ConfigUpdate("x=6"), 0);
+        EXPECT_EQ(Values(), "6 6");
+    }
+};
+
+TEST_F(TroubledStore, AFailingCallOfTheDiskIsSurvivedOrAFailureThatChangesNothing) {
+    for (bool const isNew : {false, true}) {
+        for (auto const trouble :
+             {DiskCalls::Trouble::Failure, DiskCalls::Trouble::FailureFromThenOn}) {
+            for (int const error : {ENOSPC, EIO, EDQUOT}) {
+                int allowed = 0;
+                while (Check(isNew, trouble, allowed, error)) {
+                    ++allowed;
+                }
+                EXPECT_GT(allowed, 10) << "a commit takes more calls than that";
+            }
+        }
+    }
+}
+
+TEST_F(TroubledStore, AFullDiskIsNamed) {
+    std::string const log = Log([] {
+        DiskCalls const calls(0, DiskCalls::Trouble::FailureFromThenOn, ENOSPC);
+        EXPECT_EQ(ConfigUpdate("x=5"), ConfigStatus_StoreFailed);
+    });
+    EXPECT_NE(log.find("ConfigUpdate: setting \"x\": " + State() +
+                       " cannot be made: No space left on device: "),
+              std::string::npos)
+        << log;
+}
+
+TEST_F(TroubledStore, AFolderThatMayNotBeWrittenToIsNamed) {
+    Begin(State(), false);
+    fs::permissions(State(), fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        PlainUser const user;
+        ExpectFailures(File(), "attempt to write a readonly database");
+    }
+    fs::permissions(State(), fs::perms::owner_all);
+    EXPECT_EQ(Values(), "4 3");
+    ExpectUsable();
+}
+
+TEST_F(TroubledStore, AFolderThatMayNotBeMadeIsNamed) {
+    fs::permissions(folder.path, fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        PlainUser const user;
+        ExpectFailures(State(), "Permission denied");
+    }
+    EXPECT_FALSE(fs::exists(State()));
+    fs::permissions(folder.path, fs::perms::owner_all);
+    ExpectUsable();
+}
+
+TEST_F(TroubledStore, AFileInThePlaceOfTheFolderIsNamedAndLeftAlone) {
+    folder.Write("state", "text");
+    ExpectFailures(State(), "Not a directory");
+    EXPECT_EQ(fs::file_size(State()), 4U);
+    fs::remove(State());
+    ExpectUsable();
+}
+
+TEST_F(TroubledStore, AFolderThatIsTakenAwayIsMadeAnew) {
+    Begin(State(), false);
+    fs::remove_all(State());
+    EXPECT_EQ(Values(), "0 0");
+    ExpectUsable();
+}
+
+TEST_F(TroubledStore, TheFolderMayBeASymbolicLinkAndTheDatabaseMayNot) {
+    fs::create_directory(folder.path + "/elsewhere");
+    fs::create_directory_symlink(folder.path + "/elsewhere", State());
+    ExpectUsable();
+    std::string const database = folder.path + "/elsewhere/configuration.db";
+    fs::rename(database, database + ".moved");
+    fs::create_symlink(database + ".moved", database);
+    ExpectFailures(database, "unable to open database file");
+}
+
+TEST_F(TroubledStore, AFileThatIsNoDatabaseIsNamedAndLeftAlone) {
+    std::string const garbage(4096, 'x');
+    std::string const header = std::string("SQLite format 3\0", 16) + garbage;
+    for (auto const& [text, said] : std::vector<std::pair<std::string, std::string>>{
+             {garbage, "file is not a database"}, {header, "file is not a database"}}) {
+        folder.Write("state/configuration.db", text);
+        ExpectFailures(File(), said);
+        std::ifstream file(File(), std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), text);
+    }
+    fs::remove(File());
+    ExpectUsable();
+}
+
+// The first page, which holds the table of contents, is whole.
+TEST_F(TroubledStore, ADatabaseWhosePagesAreDamagedIsNamed) {
+    Begin(State(), false);
+    std::fstream file(File(), std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(4096).write(std::string(4096, 'x').data(), 4096);
+    file.close();
+    ExpectFailures(File(), "database disk image is malformed");
+    fs::remove(File());
+    ExpectUsable();
+}
+
+TEST_F(TroubledStore, ALockedDatabaseIsAFailureThatChangesNothing) {
+    Begin(State(), false);
+    {
+        Database other(File(), 0);
+        other.Run("BEGIN IMMEDIATE");
+        for (auto const& call : std::vector<std::function<long()>>{
+                 [] { return Cfg_SetAttrValue("x", "5"); }, [] { return ConfigUpdate("x=5"); }}) {
+            std::string const log = Log([&] { EXPECT_EQ(call(), ConfigStatus_StoreFailed); });
+            EXPECT_TRUE(IsEntryAbout(log, File())) << log;
+            EXPECT_NE(log.find("configuration.db: database is locked"), std::string::npos) << log;
+        }
+        EXPECT_EQ(Values(), "4 3") << "reading goes on";
+    }
+    EXPECT_EQ(Values(), "4 3");
+    ExpectUsable();
+}
+
+}  // namespace

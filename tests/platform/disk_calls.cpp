@@ -1,0 +1,153 @@
+#include "platform/disk_calls.hpp"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstdio>
+
+namespace {
+
+using Trouble = DiskCalls::Trouble;
+
+struct State {
+    bool isOn = false;
+    int allowed = 0;
+    Trouble trouble = Trouble::Failure;
+    int error = 0;
+    std::string firstFailed;
+};
+
+State state;
+
+bool IsTrouble() {
+    return state.isOn && state.allowed-- <= 0;
+}
+
+[[noreturn]] void Die() {
+    kill(getpid(), SIGKILL);
+    for (;;) {
+        pause();
+    }
+}
+
+// What the call in trouble gives, if it returns.
+int Fail(char const* call) {
+    if (state.trouble == Trouble::Cut || state.trouble == Trouble::CutInTheMiddle) {
+        Die();
+    }
+    if (state.firstFailed.empty()) {
+        state.firstFailed = call;
+    }
+    state.isOn = state.trouble == Trouble::FailureFromThenOn;
+    errno = state.error;
+    return -1;
+}
+
+// The next definition of NAME, the C library's or a sanitizer's, called.
+template <class Call, class... Args>
+auto Real(char const* name, Args... args) {
+    return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name))(args...);
+}
+
+template <class Call, class Offset>
+ssize_t WriteAt(char const* name, int file, void const* bytes, std::size_t size, Offset offset) {
+    if (!IsTrouble()) {
+        return Real<Call>(name, file, bytes, size, offset);
+    }
+    if (state.trouble == Trouble::CutInTheMiddle) {
+        Real<Call>(name, file, bytes, size / 2, offset);
+    }
+    return Fail(name);
+}
+
+template <class Call>
+int Open(char const* name, char const* path, int flags, mode_t mode) {
+    bool const isTrouble = (flags & O_CREAT) != 0 && IsTrouble();
+    return isTrouble ? Fail(name) : Real<Call>(name, path, flags, mode);
+}
+
+}  // namespace
+
+DiskCalls::DiskCalls(int allowed, Trouble trouble, int error) {
+    state = {true, allowed, trouble, error, ""};
+}
+
+DiskCalls::~DiskCalls() {
+    state.isOn = false;
+}
+
+std::string const& DiskCalls::FirstFailed() {
+    return state.firstFailed;
+}
+
+extern "C" {
+
+int open(char const* path, int flags, ...) {
+    std::va_list args;
+    va_start(args, flags);
+    mode_t const mode = (flags & O_CREAT) != 0 ? va_arg(args, mode_t) : 0;
+    va_end(args);
+    return Open<decltype(open)>("open", path, flags, mode);
+}
+
+int open64(char const* path, int flags, ...) {
+    std::va_list args;
+    va_start(args, flags);
+    mode_t const mode = (flags & O_CREAT) != 0 ? va_arg(args, mode_t) : 0;
+    va_end(args);
+    return Open<decltype(open64)>("open64", path, flags, mode);
+}
+
+int mkdir(char const* path, mode_t mode) noexcept {
+    return IsTrouble() ? Fail("mkdir") : Real<int(char const*, mode_t)>("mkdir", path, mode);
+}
+
+ssize_t write(int file, void const* bytes, std::size_t size) {
+    using Call = ssize_t(int, void const*, std::size_t);
+    bool const isFile = file > STDERR_FILENO;
+    if (isFile && IsTrouble()) {
+        if (state.trouble == Trouble::CutInTheMiddle) {
+            Real<Call>("write", file, bytes, size / 2);
+        }
+        return Fail("write");
+    }
+    return Real<Call>("write", file, bytes, size);
+}
+
+ssize_t pwrite(int file, void const* bytes, std::size_t size, off_t offset) {
+    return WriteAt<decltype(pwrite)>("pwrite", file, bytes, size, offset);
+}
+
+ssize_t pwrite64(int file, void const* bytes, std::size_t size, off64_t offset) {
+    return WriteAt<decltype(pwrite64)>("pwrite64", file, bytes, size, offset);
+}
+
+int ftruncate(int file, off_t size) noexcept {
+    return IsTrouble() ? Fail("ftruncate") : Real<int(int, off_t)>("ftruncate", file, size);
+}
+
+int ftruncate64(int file, off64_t size) noexcept {
+    return IsTrouble() ? Fail("ftruncate64") : Real<int(int, off64_t)>("ftruncate64", file, size);
+}
+
+int fsync(int) {
+    return IsTrouble() ? Fail("fsync") : 0;
+}
+
+int fdatasync(int) {
+    return IsTrouble() ? Fail("fdatasync") : 0;
+}
+
+int rename(char const* from, char const* to) noexcept {
+    return IsTrouble() ? Fail("rename") : Real<int(char const*, char const*)>("rename", from, to);
+}
+
+int unlink(char const* path) noexcept {
+    return IsTrouble() ? Fail("unlink") : Real<int(char const*)>("unlink", path);
+}
+}

@@ -1,0 +1,29 @@
+// The calls that change files, each of which may fail or be the last that the process makes. The
+// executable that links disk_calls.cpp defines them in the place of the C library's, for SQLite
+// too.
+//
+// They are mkdir, open where it may make a file, write, pwrite, ftruncate, fsync, fdatasync, rename
+// and unlink; each is counted while an object of this kind lives. Nothing is synced: a killed
+// process loses nothing that it wrote, and the tests are faster by far.
+#ifndef QUILLO_TESTS_PLATFORM_DISK_CALLS_HPP
+#define QUILLO_TESTS_PLATFORM_DISK_CALLS_HPP
+
+#include <string>
+
+class DiskCalls {
+public:
+    enum class Trouble { Failure, FailureFromThenOn, Cut, CutInTheMiddle };
+
+    // Lets `allowed` calls pass. The next one fails with `error`, alone or with all that follow; or
+    // it kills the process before it has begun, or, where it writes, with half of its bytes
+    // written.
+    DiskCalls(int allowed, Trouble trouble, int error = 0);
+    DiskCalls(DiskCalls const&) = delete;
+    DiskCalls& operator=(DiskCalls const&) = delete;
+    ~DiskCalls();
+
+    // The first call that failed, "" when none did.
+    static std::string const& FirstFailed();
+};
+
+#endif
