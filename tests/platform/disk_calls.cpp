@@ -9,6 +9,11 @@
 #include <csignal>
 #include <cstdarg>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
 
 namespace {
 
@@ -24,6 +29,49 @@ struct State {
 
 State state;
 
+namespace fs = std::filesystem;
+
+// What a folder would hold after a power cut: the names that it had when it was synced, and of each
+// file the bytes that it had when it was synced.
+struct Durable {
+    fs::path folder;
+    std::set<fs::path> names;
+    std::map<fs::path, std::string> bytes;
+
+    void Sync(fs::path const& path) {
+        if (path != folder) {
+            std::ifstream file(path, std::ios::binary);
+            bytes[path] = std::string(std::istreambuf_iterator<char>(file), {});
+            return;
+        }
+        names.clear();
+        for (fs::directory_entry const& entry : fs::directory_iterator(folder)) {
+            names.insert(entry.path());
+        }
+    }
+
+    void Restore() {
+        for (fs::directory_entry const& entry : fs::directory_iterator(folder)) {
+            fs::remove(entry.path());
+        }
+        for (fs::path const& name : names) {
+            std::ofstream(name, std::ios::binary) << bytes[name];
+        }
+    }
+};
+
+Durable durable;
+
+// With the calls that it makes itself left out of the count.
+int Sync(int file) {
+    if (state.isOn && !durable.folder.empty()) {
+        state.isOn = false;
+        durable.Sync(fs::read_symlink("/proc/self/fd/" + std::to_string(file)));
+        state.isOn = true;
+    }
+    return 0;
+}
+
 bool IsTrouble() {
     return state.isOn && state.allowed-- <= 0;
 }
@@ -37,7 +85,10 @@ bool IsTrouble() {
 
 // What the call in trouble gives, if it returns.
 int Fail(char const* call) {
-    if (state.trouble == Trouble::Cut || state.trouble == Trouble::CutInTheMiddle) {
+    if (state.trouble == Trouble::CutThatLoses) {
+        DiskCalls::LoseUnsynced();
+    }
+    if (!durable.folder.empty()) {
         Die();
     }
     if (state.firstFailed.empty()) {
@@ -74,7 +125,23 @@ int Open(char const* name, char const* path, int flags, mode_t mode) {
 }  // namespace
 
 DiskCalls::DiskCalls(int allowed, Trouble trouble, int error) {
+    durable = {};
     state = {true, allowed, trouble, error, ""};
+}
+
+DiskCalls::DiskCalls(int allowed, Trouble trouble, std::string const& folder) {
+    durable = {folder, {}, {}};
+    fs::create_directories(folder);
+    durable.Sync(folder);
+    for (fs::path const& name : durable.names) {
+        durable.Sync(name);
+    }
+    state = {true, allowed, trouble, 0, ""};
+}
+
+void DiskCalls::LoseUnsynced() {
+    state.isOn = false;
+    durable.Restore();
 }
 
 DiskCalls::~DiskCalls() {
@@ -135,12 +202,12 @@ int ftruncate64(int file, off64_t size) noexcept {
     return IsTrouble() ? Fail("ftruncate64") : Real<int(int, off64_t)>("ftruncate64", file, size);
 }
 
-int fsync(int) {
-    return IsTrouble() ? Fail("fsync") : 0;
+int fsync(int file) {
+    return IsTrouble() ? Fail("fsync") : Sync(file);
 }
 
-int fdatasync(int) {
-    return IsTrouble() ? Fail("fdatasync") : 0;
+int fdatasync(int file) {
+    return IsTrouble() ? Fail("fdatasync") : Sync(file);
 }
 
 int rename(char const* from, char const* to) noexcept {

@@ -12,15 +12,22 @@
 
 class DiskCalls {
 public:
-    enum class Trouble { Failure, FailureFromThenOn, Cut, CutInTheMiddle };
+    enum class Trouble { Failure, FailureFromThenOn, Cut, CutInTheMiddle, CutThatLoses };
 
-    // Lets `allowed` calls pass. The next one fails with `error`, alone or with all that follow; or
-    // it kills the process before it has begun, or, where it writes, with half of its bytes
-    // written.
-    DiskCalls(int allowed, Trouble trouble, int error = 0);
+    // Lets `allowed` calls pass. The next one fails with `error`, alone or with all that follow.
+    DiskCalls(int allowed, Trouble trouble, int error);
+
+    // Lets `allowed` calls pass. The next one kills the process: before it has begun; or, where it
+    // writes, with half of its bytes written; or so that the folder loses all that was not synced.
+    // What is in the folder now counts as synced.
+    DiskCalls(int allowed, Trouble trouble, std::string const& folder);
+
     DiskCalls(DiskCalls const&) = delete;
     DiskCalls& operator=(DiskCalls const&) = delete;
     ~DiskCalls();
+
+    // The folder loses what was not synced.
+    static void LoseUnsynced();
 
     // The first call that failed, "" when none did.
     static std::string const& FirstFailed();
