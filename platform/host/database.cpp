@@ -21,6 +21,7 @@ char const* Advice(int result, int systemError) {
     }
     switch (result & 0xFF) {
         case SQLITE_BUSY:
+        case SQLITE_PROTOCOL:
             return "do it again when the process that writes to it is done";
         case SQLITE_NOTADB:
         case SQLITE_CORRUPT:

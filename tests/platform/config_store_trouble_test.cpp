@@ -1,10 +1,14 @@
 // The configuration store in trouble: what fails changes nothing, says so, and works when the
 // trouble is over.
+#include <dlfcn.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/config_store.hpp"
@@ -14,6 +18,21 @@
 #include "platform/store_fixture.hpp"
 
 using namespace QuilloHost;
+
+namespace {
+
+std::function<void()> whileWaiting;
+
+}  // namespace
+
+// SQLite's way to wait.
+extern "C" int usleep(useconds_t duration) {
+    if (whileWaiting) {
+        std::exchange(whileWaiting, nullptr)();
+        return 0;
+    }
+    return reinterpret_cast<decltype(usleep)*>(dlsym(RTLD_NEXT, "usleep"))(duration);
+}
 
 namespace {
 
@@ -213,6 +232,21 @@ TEST_F(TroubledStore, ALockedDatabaseIsAFailureThatChangesNothing) {
     }
     EXPECT_EQ(Values(), "4 3");
     ExpectUsable();
+}
+
+TEST_F(TroubledStore, ALockIsWaitedForBeforeTheDatabaseIsSetUpAndAfterwards) {
+    SetStorePatience(60000);
+    for (bool const isNew : {true, false}) {
+        SCOPED_TRACE(isNew);
+        TempFolder const place;
+        Begin(place.path, isNew);
+        Database other(place.path + "/configuration.db", 0);
+        other.Run("BEGIN IMMEDIATE");
+        whileWaiting = [&] { other.Run("COMMIT"); };
+        EXPECT_EQ(ConfigUpdate("x=6"), 0);
+        EXPECT_FALSE(whileWaiting) << "nothing was waited for";
+        EXPECT_EQ(Values(), "6 6");
+    }
 }
 
 }  // namespace
