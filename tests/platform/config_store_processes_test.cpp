@@ -92,4 +92,101 @@ TEST_F(StoreOfProcesses, ProcessesThatBeginAtOnceLoseNoUpdate) {
     }
 }
 
+// What one of the processes A and B, or A's child a, is told, and what it answers.
+struct Step {
+    char who;
+    std::string command;
+    std::string answer;
+};
+
+struct Row {
+    char const* rule;
+    std::vector<Step> steps;
+};
+
+Row const rows[] = {
+    {"a setting has its default", {{'A', "read", "0"}, {'B', "read", "0"}}},
+    {"a running value is everyone's",
+     {{'A', "set 7", "0"},
+      {'A', "read", "7"},
+      {'B', "read", "7"},
+      {'A', "fork", "0"},
+      {'a', "read", "7"}}},
+    {"the last one that is set holds",
+     {{'A', "set 7", "0"}, {'B', "set 8", "0"}, {'A', "read", "8"}, {'B', "read", "8"}}},
+    {"a running value outlives its process",
+     {{'A', "set 7", "0"}, {'A', "exit", ""}, {'B', "read", "7"}}},
+    {"a running value is gone with the run",
+     {{'A', "set 7", "0"},
+      {'A', "run second", "0"},
+      {'A', "read", "0"},
+      {'B', "run second", "0"},
+      {'B', "read", "0"}}},
+    {"a running value is gone for good",
+     {{'A', "set 7", "0"},
+      {'B', "run second", "0"},
+      {'B', "set 8", "0"},
+      {'B', "run third", "0"},
+      {'B', "read", "0"},
+      {'A', "run second", "0"},
+      {'A', "read", "8"}}},
+    {"a stored value is everyone's, in every run",
+     {{'A', "update 7", "0"},
+      {'A', "read", "7"},
+      {'B', "read", "7"},
+      {'B', "run second", "0"},
+      {'B', "read", "7"},
+      {'A', "fork", "0"},
+      {'a', "run third", "0"},
+      {'a', "read", "7"}}},
+    {"an update covers the running value",
+     {{'A', "set 7", "0"},
+      {'B', "update 8", "0"},
+      {'A', "read", "8"},
+      {'A', "run second", "0"},
+      {'A', "read", "8"}}},
+    {"a running value covers the stored one for a run",
+     {{'A', "update 7", "0"},
+      {'B', "set 8", "0"},
+      {'A', "read", "8"},
+      {'A', "run second", "0"},
+      {'A', "read", "7"}}},
+    {"a running value covers the stored one in a later run, too",
+     {{'A', "update 7", "0"},
+      {'A', "run second", "0"},
+      {'A', "set 8", "0"},
+      {'A', "read", "8"},
+      {'A', "run third", "0"},
+      {'A', "read", "7"}}},
+    {"words are values like numbers",
+     {{'A', "update TRUE", "0"},
+      {'B', "read", "1"},
+      {'B', "set FALSE", "0"},
+      {'A', "read", "0"},
+      {'A', "run second", "0"},
+      {'A', "read", "1"}}},
+    {"what is refused changes nothing",
+     {{'A', "update 7", "0"},
+      {'B', "set 8", "0"},
+      {'A', "update 9\n", "1"},
+      {'A', "set 9\n", "1"},
+      {'A', "read", "8"},
+      {'B', "run second", "0"},
+      {'B', "read", "7"}}}};
+
+TEST_F(StoreOfProcesses, ReadWhatEachOtherStoredAndSet) {
+    QuilloHost::SetStorePatience(2000);
+    for (Row const& row : rows) {
+        SCOPED_TRACE(row.rule);
+        TempFolder const fresh;
+        QuilloHost::SetStateFolder(fresh.path);
+        StoreProcesses a;
+        StoreProcesses b;
+        for (Step const& step : row.steps) {
+            Line const& line = step.who == 'B' ? b.parent : step.who == 'A' ? a.parent : a.child;
+            EXPECT_EQ(line.Ask(step.command), step.answer) << step.who << ' ' << step.command;
+        }
+    }
+}
+
 }  // namespace

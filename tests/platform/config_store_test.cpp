@@ -1,6 +1,3 @@
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <climits>
 #include <functional>
 
@@ -40,26 +37,6 @@ TEST_F(ConfigStoreTest, AnyOtherValueIsNotBooleanAndLeavesTheOutputAsItWas) {
         EXPECT_EQ(value, 4711) << text;
         EXPECT_NE(log.find("setting \"x\""), std::string::npos);
     }
-}
-
-TEST_F(ConfigStoreTest, ARunningValueIsGoneWithTheRun) {
-    EXPECT_EQ(Cfg_SetAttrValue("x", "TRUE"), 0);
-    EXPECT_EQ(Read("x"), 1);
-    SetServiceRun("second run");
-    EXPECT_EQ(Read("x"), 0);
-}
-
-TEST_F(ConfigStoreTest, AnUpdateHoldsInEveryRunAndCoversTheRunningValue) {
-    EXPECT_EQ(Cfg_SetAttrValue("x", "7"), 0);
-    EXPECT_EQ(ConfigUpdate("x=TRUE"), 0);
-    EXPECT_EQ(Read("x"), 1);
-    EXPECT_EQ(Cfg_SetAttrValue("x", "FALSE"), 0);
-    EXPECT_EQ(Read("x"), 0) << "the running value, over the stored one";
-    SetServiceRun("second run");
-    EXPECT_EQ(Read("x"), 1);
-    SetStateFolder(State());  // opens the database anew
-    EXPECT_EQ(Read("x"), 1);
-    EXPECT_EQ(Read("y"), 1);
 }
 
 TEST_F(ConfigStoreTest, AnAssignmentIsSplitAtItsFirstEqualsSign) {
@@ -118,25 +95,6 @@ TEST_F(ConfigStoreTest, ADeclarationThatBreaksTheRulesIsRefused) {
     });
     EXPECT_NE(log.find("DeclareSetting"), std::string::npos);
     EXPECT_TRUE(DeclareSetting(std::string(64, 'n'), ""));
-}
-
-// Runs `work` in a process of its own and gives its exit code.
-int InChild(std::function<int()> const& work) {
-    pid_t const child = fork();
-    if (child == 0) {
-        _exit(work());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-TEST_F(ConfigStoreTest, ProcessesSeeEachOthersValues) {
-    EXPECT_EQ(Read("x"), 0);  // opened before the fork
-    EXPECT_EQ(InChild([] { return Cfg_SetAttrValue("x", "TRUE"); }), 0);
-    EXPECT_EQ(Read("x"), 1);
-    EXPECT_EQ(Cfg_SetAttrValue("x", "3"), 0);
-    EXPECT_EQ(InChild([] { return Read("x"); }), 3);
 }
 
 TEST_F(ConfigStoreTest, TheFolderIsTheOwnersAloneAndTheDatabaseInWalMode) {

@@ -98,9 +98,9 @@ StoreProcesses::StoreProcesses() {
 }
 
 StoreProcesses::~StoreProcesses() {
-    child.Ask("exit");
     parent.Ask("exit");
     int status = -1;
     waitpid(pid_, &status, 0);
     EXPECT_EQ(status, 0);
+    child.Ask("exit");
 }
