@@ -8,7 +8,13 @@
 #include <filesystem>
 #include <locale>
 #include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
 
+#include "host/catalog_file.hpp"
 #include "host/contract.hpp"
 #include "host/host.hpp"
 #include "host/sys/text_file.hpp"
@@ -47,19 +53,29 @@ bool IsName(std::string const& name) {
            name.find_first_not_of(letters, 3) == std::string::npos;
 }
 
-std::vector<char> ReadBytes(std::string const& file, std::string const&) {
-    std::string const text = ReadText(file).value_or("");
-    return std::vector<char>(text.begin(), text.end());
+// The file's bytes. Throws what is wrong with it.
+std::vector<char> ReadCatalog(std::string const& file) {
+    // A pipe, for one, would never end.
+    std::optional<std::string> const text =
+        fs::is_regular_file(file) ? ReadText(file) : std::nullopt;
+    if (!text) {
+        throw std::runtime_error("it is no file that this process may read");
+    }
+    if (char const* const damage = DamageOf(*text)) {
+        throw std::runtime_error(damage);
+    }
+    return std::vector<char>(text->begin(), text->end());
 }
 
-// Throws what Boost.Locale throws at a file that is no catalog.
+// Throws what is wrong with the catalog, in its structure or in what Boost.Locale makes of it.
 std::locale Load(std::string const& folder, std::string const& name) {
+    std::vector<char> const bytes = ReadCatalog(FileIn(folder, name));
     bl::gnu_gettext::messages_info info;
     info.language = name;
     info.encoding = "UTF-8";
     info.paths.push_back(folder);
     info.domains.push_back(bl::gnu_gettext::messages_info::domain("quillo"));
-    info.callback = ReadBytes;
+    info.callback = [&](std::string const&, std::string const&) { return bytes; };
     bl::localization_backend_manager backends = bl::localization_backend_manager::global();
     backends.select("std");
     bl::generator generator(backends);
@@ -68,30 +84,43 @@ std::locale Load(std::string const& folder, std::string const& name) {
     return std::locale(base, bl::gnu_gettext::create_messages_facet<char>(info));
 }
 
+// The names of the languages that have something in the place of a catalog, ascending.
+std::vector<std::string> NamesIn(std::string const& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error); entry != fs::directory_iterator();
+         entry.increment(error)) {
+        std::string const name = entry->path().filename().string();
+        std::error_code unknown;
+        if (IsName(name) &&
+            fs::status(FileIn(folder, name), unknown).type() != fs::file_type::not_found) {
+            names.push_back(name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 Catalogs LoadAll(std::string const& folder) {
     Catalogs catalogs;
-    std::error_code error;
-    for (fs::directory_entry const& entry : fs::directory_iterator(folder, error)) {
-        std::string const name = entry.path().filename().string();
-        if (!IsName(name) || !fs::exists(FileIn(folder, name))) {
-            continue;
-        }
+    std::vector<std::string> const names = NamesIn(folder);
+    for (std::string const& name : names) {
         try {
             catalogs.locales[name] = Load(folder, name);
             catalogs.names.push_back(name);
         } catch (std::exception const& problem) {
             Log_SpecEntry(logSpecError, __FILE__, __LINE__,
-                          "catalog %s cannot be read, its language is not offered: %s",
+                          "catalog %s cannot be read, its language is not offered: %s: install it "
+                          "anew, or make it with msgfmt",
                           FileIn(folder, name).c_str(), problem.what());
         }
     }
-    if (catalogs.names.empty()) {
+    if (names.empty()) {
         Log_SpecEntry(logSpecWarn, __FILE__, __LINE__,
                       "no catalog in %s: phrases are not translated; QUILLO_CATALOG_DIR names the "
                       "folder of the catalogs",
                       folder.c_str());
     }
-    std::sort(catalogs.names.begin(), catalogs.names.end());
     return catalogs;
 }
 
