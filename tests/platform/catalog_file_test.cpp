@@ -68,4 +68,15 @@ TEST(CatalogFile, EachNumberIsChecked) {
     }
 }
 
+// Its hash table is the last thing in it, and whole to the byte.
+TEST(CatalogFile, OneWithoutPhrasesMayHaveAHashTable) {
+    std::string bytes("\xDE\x12\x04\x95", 4);
+    for (char const word : {'\0', '\0', '\x1C', '\x1C', '\3', '\x1C', '\0', '\0', '\0'}) {
+        bytes += std::string(1, word) + std::string(3, '\0');
+    }
+    EXPECT_STREQ(DamageOf(bytes), nullptr);
+    bytes.pop_back();
+    EXPECT_STREQ(DamageOf(bytes), "its hash table is damaged");
+}
+
 }  // namespace
