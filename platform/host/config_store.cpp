@@ -37,7 +37,7 @@ bool HasControlByte(std::string_view text) {
 
 bool IsName(std::string_view name) {
     return !name.empty() && name.size() <= longestName && name.front() != ' ' &&
-           name.back() != ' ' && name.find('=') == name.npos && !HasControlByte(name);
+           name.back() != ' ' && name.find('=') == std::string_view::npos && !HasControlByte(name);
 }
 
 bool IsValue(std::string_view value) {
@@ -138,7 +138,8 @@ int Cfg_GetBoolAttrValue(char const* name, int* value) {
     if (name == nullptr || value == nullptr) {
         return Fail(ConfigStatus_BadArgument, __func__, "", "there is no name, or no place for it");
     }
-    return Guarded(__func__, name, [&, call = __func__] {
+    char const* const call = __func__;
+    return Guarded(call, name, [&] {
         int const status = CheckName(call, name);
         return status == ConfigStatus_Done ? ReadBoolean(call, name, *value) : status;
     });
