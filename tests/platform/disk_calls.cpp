@@ -17,6 +17,8 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 using Trouble = DiskCalls::Trouble;
 
 struct State {
@@ -28,8 +30,6 @@ struct State {
 };
 
 State state;
-
-namespace fs = std::filesystem;
 
 // What a folder would hold after a power cut: the names that it had when it was synced, and of each
 // file the bytes that it had when it was synced.
@@ -130,9 +130,9 @@ DiskCalls::DiskCalls(int allowed, Trouble trouble, int error) {
 }
 
 DiskCalls::DiskCalls(int allowed, Trouble trouble, std::string const& folder) {
-    durable = {folder, {}, {}};
     fs::create_directories(folder);
-    durable.Sync(folder);
+    durable = {fs::canonical(folder), {}, {}};
+    durable.Sync(durable.folder);
     for (fs::path const& name : durable.names) {
         durable.Sync(name);
     }
