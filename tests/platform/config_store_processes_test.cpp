@@ -27,7 +27,7 @@ std::vector<std::string> OrdersOf(std::string order) {
 
 TEST_F(StoreOfProcesses, AnUpdateHoldsWhoeverOfAForkedPairMadeItAndWhoeverEndsFirst) {
     QuilloHost::SetStorePatience(2000);
-    for (std::string const& order : OrdersOf("PPPCCC")) {
+    for (std::string const& order : OrdersOf("PPPPCCCC")) {
         SCOPED_TRACE(order);
         TempFolder const fresh;
         QuilloHost::SetStateFolder(fresh.path);
@@ -41,11 +41,12 @@ TEST_F(StoreOfProcesses, AnUpdateHoldsWhoeverOfAForkedPairMadeItAndWhoeverEndsFi
             Line const& line = who == 'P' ? processes->parent : processes->child;
             switch (steps[who == 'P']++) {
                 case 0:
-                    stored = std::to_string(std::stoi(stored) + (who == 'P' ? 1 : 100));
-                    EXPECT_EQ(line.Ask("update " + stored), "0");
+                case 2:
+                    EXPECT_EQ(line.Ask("read"), stored);
                     break;
                 case 1:
-                    EXPECT_EQ(line.Ask("read"), stored);
+                    stored = std::to_string(std::stoi(stored) + (who == 'P' ? 1 : 100));
+                    EXPECT_EQ(line.Ask("update " + stored), "0");
                     break;
                 default:
                     line.Ask("exit");
