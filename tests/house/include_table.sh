@@ -20,7 +20,7 @@ src/widgets       quillo elements/diagnostics.hpp boost/lexical_cast.hpp
 src/device        quillo elements/diagnostics.hpp boost/lexical_cast.hpp ${contract/device_log.h/}
 platform/host     ${contract} sqlite3.h spdlog/* boost/locale.hpp boost/locale/*
 kit               quillo
-server            quillo ${contract} host/host.hpp microhttpd.h fcgiapp.h CLI/*
+server            quillo ${contract} host/host.hpp microhttpd.h fcgiapp.h nettle/* CLI/*
 pages             quillo quillo_kit/* page.hpp
 END
 }

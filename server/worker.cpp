@@ -1,0 +1,144 @@
+#include "worker.hpp"
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "connection.hpp"
+#include "deadline_timer.hpp"
+#include "http_front.hpp"
+#include "refusals.hpp"
+#include "signals.hpp"
+
+namespace QuilloServer {
+namespace {
+
+template <std::size_t size>
+void CopyText(char (&to)[size], std::string const& text) {
+    to[text.copy(to, size - 1)] = '\0';
+}
+
+class Worker {
+public:
+    Worker(WorkerSettings const& settings, WorkerRecord& record);
+    void Run();
+
+private:
+    void WatchPage(Page const* page, std::string const& path);
+    bool IsWorn() const;
+    void Wait(bool isTaking);
+    bool TakeRequest();
+    bool TakeReady();
+    bool Accept();
+    void Answer(int socket);
+    void Drain();
+
+    WorkerSettings const& settings_;
+    WorkerRecord& record_;
+    DeadlineTimer timer_;
+    Site site_;
+    HttpFront front_;
+};
+
+Worker::Worker(WorkerSettings const& settings, WorkerRecord& record)
+    : settings_(settings),
+      record_(record),
+      site_(settings.site,
+            [this](Page const* page, std::string const& path) { WatchPage(page, path); }),
+      front_(site_) {}
+
+void Worker::WatchPage(Page const* page, std::string const& path) {
+    if (page != nullptr) {
+        CopyText(record_.page, page->name);
+        CopyText(record_.path, path);
+        record_.hasServed = true;
+    }
+    record_.pageBegan = MillisecondsNow();
+    record_.isInPage = page != nullptr;
+    timer_.Set(page != nullptr ? settings_.deadlineMilliseconds : 0);
+}
+
+// A worker with answers that are read slowly goes on until they are gone.
+bool Worker::IsWorn() const {
+    return settings_.mostRequests != 0 && front_.Answered() >= settings_.mostRequests &&
+           !front_.IsBusy();
+}
+
+void Worker::Run() {
+    while (!IsStopping() && !IsWorn()) {
+        Wait(true);
+        front_.Run();
+        TakeRequest();
+    }
+    Drain();
+}
+
+// For signals, for what is under way, and unless the process is ending for what comes.
+void Worker::Wait(bool isTaking) {
+    pollfd watched[] = {{SignalDescriptor(), POLLIN, 0},
+                        {front_.Descriptor(), POLLIN, 0},
+                        {settings_.ready.ReadEnd(), POLLIN, 0},
+                        {settings_.listener, POLLIN, 0}};
+    poll(watched, isTaking ? 4 : 2, front_.Timeout());
+    ReadSignals();
+}
+
+// Those that have waited longer go first.
+bool Worker::TakeRequest() {
+    return TakeReady() || Accept();
+}
+
+bool Worker::TakeReady() {
+    int const socket = settings_.ready.Take();
+    if (socket < 0) {
+        return false;
+    }
+    Answer(socket);
+    return true;
+}
+
+bool Worker::Accept() {
+    Descriptor socket(accept4(settings_.listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (socket.Get() < 0) {
+        return false;
+    }
+    if (LookAt(socket.Get()).arrival == Arrival::Complete) {
+        Answer(socket.Release());
+    } else {
+        // A lobby that takes no more is flooded; the connection ends here.
+        settings_.arrivals.Put(socket.Get());
+    }
+    return true;
+}
+
+// Until the answer is on its way, nothing else is taken. The request is there as a whole; should
+// libmicrohttpd wait for more of it even so, it goes on when that comes.
+void Worker::Answer(int socket) {
+    front_.Add(socket);
+    while (front_.IsAnswering() && front_.CanRun()) {
+        front_.Run();
+    }
+}
+
+// What was sent before the server was told to stop is answered.
+void Worker::Drain() {
+    if (IsStopping()) {
+        while (TakeRequest()) {
+        }
+    }
+    while (front_.IsBusy()) {
+        Wait(false);
+        front_.Run();
+    }
+}
+
+}  // namespace
+
+bool RunWorker(WorkerSettings const& settings, WorkerRecord& record) {
+    Worker(settings, record).Run();
+    return IsStopping();
+}
+
+}  // namespace QuilloServer
