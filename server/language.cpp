@@ -31,9 +31,9 @@ std::string FittingRecord(std::string const& languages) {
 char const languageName[] = "LANGUAGE";
 
 std::string PreferredLanguage(Incoming const& incoming) {
-    for (std::string const& asked : {QueryArgument(incoming.query, languageName),
-                                     CookieLanguage(incoming), incoming.languages,
-                                     std::string(incoming.languages.empty() ? "*" : "")}) {
+    for (std::string const& asked :
+         {QueryArgument(incoming.query, languageName), CookieLanguage(incoming), incoming.languages,
+          std::string(incoming.languages.empty() ? "*" : "")}) {
         char const* const found =
             asked.empty() ? nullptr : HTTP_Extension_Translation_Lang(asked.c_str());
         if (found != nullptr) {

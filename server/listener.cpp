@@ -86,8 +86,8 @@ Endpoint ParseEndpoint(std::string const& text) {
     if (isBracketed) {
         address = address.substr(1, address.size() - 2);
     }
-    if (address.empty() || !IsPort(endpoint.port) ||
-        (address.find(':') != std::string::npos) != isBracketed) {
+    if (address.empty() || address.find_first_of("[]") != std::string::npos ||
+        !IsPort(endpoint.port) || (address.find(':') != std::string::npos) != isBracketed) {
         throw std::invalid_argument("'" + text + "' is not ADDRESS:PORT or [IPV6-ADDRESS]:PORT");
     }
     return endpoint;

@@ -24,6 +24,23 @@ namespace {
 typedef std::chrono::steady_clock Clock;
 using std::chrono::milliseconds;
 
+// Sends a refusal, as the last that is sent.
+void SendRefusal(int socket, int status) {
+    std::string const text = Serialized(Refusal(status));
+    send(socket, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+    shutdown(socket, SHUT_WR);
+}
+
+// Drops what lies in the connection. Returns false when nothing will come any more.
+bool DropText(int socket) {
+    char text[16384];
+    ssize_t count = 0;
+    do {
+        count = recv(socket, text, sizeof text, MSG_DONTWAIT);
+    } while (count > 0);
+    return count < 0 && errno == EAGAIN;
+}
+
 struct Guest {
     Descriptor socket;
     std::list<Guest>::iterator place;
@@ -49,7 +66,7 @@ private:
     void PassOn(Guests::iterator guest);
     void PassOnReady();
     void Refuse(Guests::iterator guest, int status);
-    void DropText(Guests::iterator guest);
+    void Linger(Guests::iterator guest);
     void End(Guests& guests, Guests::iterator guest);
     void EndOverdue();
 
@@ -114,7 +131,7 @@ void Lobby::Serve(epoll_event const& event) {
     } else {
         Guest const& guest = *static_cast<Guest*>(event.data.ptr);
         if (guest.isLeaving) {
-            DropText(guest.place);
+            Linger(guest.place);
         } else {
             Consider(guest.place, (event.events & (EPOLLRDHUP | EPOLLHUP | EPOLLERR)) != 0);
         }
@@ -175,23 +192,16 @@ void Lobby::PassOnReady() {
 void Lobby::Refuse(Guests::iterator guest, int status) {
     Log_SpecEntry(logSpecInfo, __FILE__, __LINE__, "a request was refused: %d", status);
     int const socket = guest->socket.Get();
-    std::string const text = Serialized(Refusal(status));
-    send(socket, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-    shutdown(socket, SHUT_WR);
+    SendRefusal(socket, status);
     AwaitBytes(socket, 1);
     guest->isLeaving = true;
     guest->until = Clock::now() + milliseconds(lingerMilliseconds);
     leaving_.splice(leaving_.end(), waiting_, guest);
-    DropText(guest);
+    Linger(guest);
 }
 
-void Lobby::DropText(Guests::iterator guest) {
-    char text[16384];
-    ssize_t count = 0;
-    do {
-        count = recv(guest->socket.Get(), text, sizeof text, MSG_DONTWAIT);
-    } while (count > 0);
-    if (count == 0 || errno != EAGAIN) {
+void Lobby::Linger(Guests::iterator guest) {
+    if (!DropText(guest->socket.Get())) {
         End(leaving_, guest);
     }
 }
@@ -216,6 +226,13 @@ void Lobby::EndOverdue() {
 
 void RunLobby(LobbySettings const& settings) {
     Lobby(settings).Run();
+}
+
+void RefuseArrivals(DescriptorQueue const& arrivals) {
+    for (Descriptor guest(arrivals.Take()); guest.Get() >= 0; guest = Descriptor(arrivals.Take())) {
+        SendRefusal(guest.Get(), 503);
+        DropText(guest.Get());
+    }
 }
 
 }  // namespace QuilloServer

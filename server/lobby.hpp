@@ -25,6 +25,9 @@ struct LobbySettings {
 // Runs until the process is told to stop (signals.hpp), and refuses those that then still wait.
 void RunLobby(LobbySettings const& settings);
 
+// Refuses the connections that were brought to a lobby when it was gone: the server is stopping.
+void RefuseArrivals(DescriptorQueue const& arrivals);
+
 }  // namespace QuilloServer
 
 #endif

@@ -48,7 +48,8 @@ void AddOptions(CLI::App& command, Options& options) {
     command
         .add_option("--max-requests", options.mostRequests,
                     "After how many requests a worker is made anew; 0: never")
-        ->envname("QUILLO_MAX_REQUESTS");
+        ->envname("QUILLO_MAX_REQUESTS")
+        ->check(CLI::Range(0, 1000000000));
     command
         .add_option("--deadline", options.deadlineSeconds,
                     "How many seconds a page may take; its worker is then ended")

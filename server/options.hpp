@@ -12,7 +12,7 @@ struct Options {
     std::string listen = "127.0.0.1:8080";
     std::vector<std::string> hosts = {};
     int workers = 2;
-    unsigned long mostRequests = 10000;
+    int mostRequests = 10000;
     double deadlineSeconds = 30;
     double patienceSeconds = 10;
     int slowMilliseconds = 1000;

@@ -33,7 +33,8 @@ int Milliseconds(double seconds) {
 std::vector<std::string> HostNames(Options const& options) {
     std::vector<std::string> names = {HostName(options.listen)};
     for (std::string const& host : options.hosts) {
-        names.push_back(HostName(host));
+        bool const isBareIpv6 = host[0] != '[' && host.find(':') != host.rfind(':');
+        names.push_back(HostName(isBareIpv6 ? "[" + host + "]" : host));
     }
     return names;
 }
@@ -66,7 +67,7 @@ int Run(Options const& options) {
         arrivals,
         ready,
         {HostNames(options), RandomBytes(secretBytes), options.slowMilliseconds},
-        options.mostRequests,
+        static_cast<unsigned long>(options.mostRequests),
         Milliseconds(options.deadlineSeconds)};
     std::printf("quillo-serve: %s\n", ShownAddress(endpoint, listener.Get()).c_str());
     std::fflush(stdout);

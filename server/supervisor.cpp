@@ -246,6 +246,7 @@ void Supervisor::Take(Child& child, int status) {
 
 void RunSupervisor(int workers, LobbySettings const& lobby, WorkerSettings const& worker) {
     Supervisor(workers, lobby, worker).Run();
+    RefuseArrivals(lobby.arrivals);
 }
 
 }  // namespace QuilloServer

@@ -1,0 +1,137 @@
+// Pages that fail, and what of them others notice.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <set>
+#include <string>
+
+#include "server/http_client.hpp"
+#include "server/server_process.hpp"
+
+namespace {
+
+TEST(FailingPages, ThrowIsAnsweredWithoutItsReason) {
+    Server server;
+    Reply const reply = Get(server.Port(), "/throw?secret=1");
+    EXPECT_EQ(reply.status, 500);
+    EXPECT_EQ(reply.body.find("reason"), std::string::npos);
+    EXPECT_EQ(reply.body.find("half a page"), std::string::npos);
+    EXPECT_NE(server.Process()
+                  .ErrorLine("page 'throw' failed at GET /throw: the reason that is for the log")
+                  .find(" error "),
+              std::string::npos);
+    EXPECT_EQ(Get(server.Port(), "/throw-number").status, 500);
+    EXPECT_NE(server.Process().ErrorLine("page 'throw-number' failed at GET /throw-number: "), "");
+}
+
+TEST(FailingPages, WorkerSurvivesAThrow) {
+    Server server({"--workers", "1"});
+    std::string const worker = Get(server.Port(), "/process").body;
+    EXPECT_EQ(Get(server.Port(), "/throw").status, 500);
+    EXPECT_EQ(Get(server.Port(), "/process").body, worker);
+}
+
+struct CrashRow {
+    char const* path;
+    char const* line;
+};
+
+TEST(FailingPages, CrashEndsItsOwnConnectionAndIsLogged) {
+    Server server({"--workers", "1"});
+    for (CrashRow const& row :
+         {CrashRow{"/abort?x=1",
+                   "a worker was ended by a signal (Aborted) in page 'abort' at /abort"},
+          CrashRow{"/exit", "a worker ended with exit code 3 in page 'exit' at /exit"}}) {
+        std::string const worker = Get(server.Port(), "/process").body;
+        EXPECT_EQ(Get(server.Port(), row.path).text, "") << row.path;
+        EXPECT_NE(server.Process().ErrorLine(row.line), "") << row.path;
+        std::string const next = Get(server.Port(), "/process").body;
+        EXPECT_NE(next, "");
+        EXPECT_NE(next, worker);
+    }
+}
+
+TEST(FailingPages, CrashCostsNoOtherRequest) {
+    Server server({"--workers", "1"});
+    Client const half(server.Port());
+    half.Send("GET /process HTTP/1.1\r\nHost: loc");
+    Client const slow(server.Port());
+    slow.Send(RequestText("/much?bytes=100000"));
+    EXPECT_NE(slow.ReadUntil("\r\n\r\n"), "");
+    Gate gate;
+    Client const crashing(server.Port());
+    crashing.Send(RequestText("/wait?then=abort&" + gate.Arguments()));
+    gate.AwaitPage();
+    Client const queued(server.Port());
+    queued.Send(RequestText("/process"));
+    gate.Open();
+    EXPECT_EQ(crashing.ReadAll(), "");
+    EXPECT_EQ(queued.Read().status, 200);
+    half.Send("alhost\r\n\r\n");
+    EXPECT_EQ(half.Read().status, 200);
+    EXPECT_EQ(slow.ReadAll().size(), 100000U);
+}
+
+TEST(FailingPages, CrashesOneAfterAnotherDoNotWearTheServerOut) {
+    Server server;
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(Get(server.Port(), "/abort").text, "");
+    }
+    EXPECT_EQ(Get(server.Port(), "/healthz").status, 200);
+}
+
+TEST(FailingPages, DeadlineEndsAPageThatLoops) {
+    Server server({"--workers", "1", "--deadline", "0.3"});
+    EXPECT_EQ(Get(server.Port(), "/loop").text, "");
+    EXPECT_NE(server.Process().ErrorLine("page 'loop' overran the deadline of 300 ms at /loop"),
+              "");
+    EXPECT_EQ(Get(server.Port(), "/healthz").status, 200);
+}
+
+TEST(FailingPages, DeadlineIsForPagesAlone) {
+    Server server({"--workers", "1", "--deadline", "0.1", "--patience", "0.5"});
+    std::string const worker = Get(server.Port(), "/process").body;
+    // Takes five times as long as a page may.
+    EXPECT_EQ(Ask(server.Port(), "GET").status, 408);
+    EXPECT_EQ(Get(server.Port(), "/process").body, worker);
+}
+
+TEST(FailingPages, SlowPageIsLogged) {
+    Server server({"--slow-page", "0"});
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    EXPECT_NE(server.Process().ErrorLine("page 'process' took ").find(" warning "),
+              std::string::npos);
+}
+
+TEST(FailingPages, KilledWorkerIsReplaced) {
+    Server server({"--workers", "1"});
+    std::string const worker = Get(server.Port(), "/process").body;
+    kill(std::stoi(worker), SIGSEGV);
+    EXPECT_NE(
+        server.Process().ErrorLine("a worker was ended by a signal (Segmentation fault) between"),
+        "");
+    EXPECT_NE(Get(server.Port(), "/process").body, worker);
+}
+
+TEST(Recycling, WorkerIsMadeAnewAfterItsRequests) {
+    Server server({"--workers", "1", "--max-requests", "3"});
+    for (int round = 0; round < 4; ++round) {
+        std::string const worker = Get(server.Port(), "/process").body;
+        EXPECT_EQ(Get(server.Port(), "/healthz").status, 200);
+        EXPECT_EQ(Get(server.Port(), "/process").body, worker);
+        EXPECT_NE(Get(server.Port(), "/process").body, worker);
+        EXPECT_EQ(Get(server.Port(), "/nothing").status, 404);
+        EXPECT_EQ(Get(server.Port(), "/nothing").status, 404);
+    }
+}
+
+TEST(Recycling, ZeroIsNever) {
+    Server server({"--workers", "1", "--max-requests", "0"});
+    std::set<std::string> workers;
+    for (int i = 0; i < 50; ++i) {
+        workers.insert(Get(server.Port(), "/process").body);
+    }
+    EXPECT_EQ(workers.size(), 1U);
+}
+
+}  // namespace

@@ -1,0 +1,135 @@
+// The page server with pages that do what a page should not, and pages that show what they are
+// given.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <page.hpp>
+#include <serve.hpp>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+using namespace Quillo;
+using QuilloServer::Page;
+using QuilloServer::Request;
+
+namespace {
+
+std::string Argument(Request const& request, std::string const& name) {
+    auto const found = request.arguments.find(name);
+    return found != request.arguments.end() ? found->second : "";
+}
+
+void WriteMap(std::ostream& out, char const* title, UriArgs const& map) {
+    for (auto const& [name, value] : map) {
+        out << title << " " << name << "=" << value << "\n";
+    }
+}
+
+// The first page: everything that the request offers, a line each.
+void WriteEcho(Request& request, std::ostream& out) {
+    out << "method " << request.method << "\n";
+    out << "record language " << request.app.preferredLang << "\n";
+    out << "record arguments " << Cstr(request.app.uriArgs) << "\n";
+    out << "language " << g_language << "\n";
+    WriteMap(out, "argument", request.arguments);
+    WriteMap(out, "field", request.form);
+    WriteMap(out, "cookie", request.cookies);
+    out << "translated " << TranslatePhrase(request.app, "Storage", LoaContext_None) << "\n";
+}
+
+void WriteForm(Request& request, std::ostream& out) {
+    Element form(boost::shared_ptr<ElementImpl>(new ElementImpl("form", false)));
+    form.SetAttr("name", "change").SetAttr("method", "post");
+    Element field(boost::shared_ptr<ElementImpl>(new ElementImpl("input", true)));
+    field.SetAttr("name", "volume").SetFocus();
+    form << QuilloServer::TokenField(request) << field;
+    Renderer r(out);
+    form.impl->Render(r, 0);
+}
+
+void WriteReports(Request&, std::ostream& out) {
+    Filter("\x01");
+    Renderer r(out);
+    debugMsgs.impl->Render(r, 0);
+}
+
+void WriteProcess(Request&, std::ostream& out) {
+    out << getpid();
+}
+
+void WriteMuch(Request& request, std::ostream& out) {
+    out << std::string(std::stoul(Argument(request, "bytes")), 'x');
+}
+
+void WriteAnswer(Request& request, std::ostream& out) {
+    request.status = 404;
+    request.newCookies["LANGUAGE"] = "de de";
+    request.newCookies["old"] = "";
+    out << "not here";
+}
+
+void WriteRedirect(Request& request, std::ostream& out) {
+    request.redirect = Argument(request, "to");
+    out << "never seen";
+}
+
+// Says that it waits, and waits until the other end is closed.
+void WriteAfterWaiting(Request& request, std::ostream& out) {
+    std::string const gate = Argument(request, "gate");
+    close(open((gate + "/told").c_str(), O_WRONLY | O_CLOEXEC));
+    int const until = open((gate + "/until").c_str(), O_RDONLY | O_CLOEXEC);
+    char byte = 0;
+    while (read(until, &byte, 1) > 0) {
+    }
+    close(until);
+    out << "waited";
+    if (Argument(request, "then") == "abort") {
+        std::abort();
+    }
+}
+
+void ThrowError(Request&, std::ostream& out) {
+    out << "half a page";
+    throw std::runtime_error("the reason that is for the log");
+}
+
+void ThrowNumber(Request&, std::ostream&) {
+    throw 42;
+}
+
+void Abort(Request&, std::ostream&) {
+    std::abort();
+}
+
+void Exit(Request&, std::ostream&) {
+    _exit(3);
+}
+
+void Loop(Request&, std::ostream&) {
+    for (volatile bool goesOn = true; goesOn;) {
+    }
+}
+
+Page const echo("echo", "Echo", 1, WriteEcho);
+Page const form("form", "Form", 2, WriteForm);
+Page const reports("reports", "Reports", 3, WriteReports);
+Page const process("process", "Process", 4, WriteProcess);
+Page const much("much", "Much", 5, WriteMuch);
+Page const answer("answer", "Answer", 6, WriteAnswer);
+Page const redirect("redirect", "Redirect", 7, WriteRedirect);
+Page const wait("wait", "Wait", 8, WriteAfterWaiting);
+Page const throwing("throw", "Throw", 9, ThrowError);
+Page const throwingNumber("throw-number", "Throw", 10, ThrowNumber);
+Page const aborting("abort", "Abort", 11, Abort);
+Page const exiting("exit", "Exit", 12, Exit);
+Page const looping("loop", "Loop", 13, Loop);
+
+QuilloServer::StaticFile const sheet("/style.css", "text/css; charset=utf-8", "p { margin: 0 }\n");
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return QuilloServer::Serve(argc, argv);
+}
