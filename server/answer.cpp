@@ -65,7 +65,7 @@ std::string Serialized(Answer const& answer) {
     std::string text = "HTTP/1.1 " + std::to_string(answer.status) + " " +
                        ReasonPhrase(answer.status) + "\r\nDate: " + Date() + "\r\n";
     for (auto const& [name, value] : answer.headers) {
-        text += name + ": " + value + "\r\n";
+        text.append(name).append(": ").append(value).append("\r\n");
     }
     text += "Content-Length: " + std::to_string(answer.Body().size()) + "\r\n\r\n";
     return text.append(answer.Body());

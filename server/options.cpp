@@ -38,10 +38,13 @@ void AddOptions(CLI::App& command, Options& options) {
         ->envname("QUILLO_LISTEN")
         ->check(IsEndpoint);
     command
-        .add_option("--host", options.hosts,
-                    "A name that browsers may reach this server by, besides the loopback names "
-                    "and the address it listens on; may be repeated")
-        ->envname("QUILLO_HOST");
+        .add_option(
+            "--host", options.hosts,
+            "A name that browsers may reach this server by, besides the loopback names "
+            "and the address it listens on; may be repeated, or name several with commas between")
+        ->envname("QUILLO_HOST")
+        ->delimiter(',')
+        ->allow_extra_args(false);
     command.add_option("--workers", options.workers, "How many pages can be made at a time")
         ->envname("QUILLO_WORKERS")
         ->check(CLI::Range(1, 64));

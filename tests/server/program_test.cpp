@@ -96,7 +96,7 @@ TEST(Program, EnvironmentStandsInForOptions) {
     TempFolder const folder;
     Program program({"--listen", "127.0.0.1:0"},
                     {"QUILLO_LISTEN=wrong", "QUILLO_STATE_DIR=" + folder.path + "/state",
-                     "QUILLO_HOST=device.example", "QUILLO_WORKERS=1"});
+                     "QUILLO_HOST=device,device.example", "QUILLO_WORKERS=1"});
     std::string const line = program.OutputLine();
     int const port = std::stoi(line.substr(line.rfind(':') + 1));
     EXPECT_EQ(Ask(port, "GET /process HTTP/1.1\r\nHost: device.example\r\n\r\n").status, 200);
