@@ -8,6 +8,7 @@ namespace QuilloServer {
 
 constexpr std::size_t mostTargetBytes = 8192;  // path and query
 constexpr std::size_t mostHeadBytes = 16384;   // request line and header
+constexpr int mostFields = 100;                // of the header
 constexpr std::size_t mostBodyBytes = 65536;
 
 // How much the system takes of an answer at once, so that it leaves the worker before the next page

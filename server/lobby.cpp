@@ -11,6 +11,7 @@
 #include <deque>
 #include <list>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "connection.hpp"
@@ -24,9 +25,19 @@ namespace {
 typedef std::chrono::steady_clock Clock;
 using std::chrono::milliseconds;
 
+// Whether what lies in the connection is a request for a head alone.
+bool IsForHead(int socket) {
+    char method[5] = "";
+    return recv(socket, method, sizeof method, MSG_PEEK | MSG_DONTWAIT) == sizeof method &&
+           std::string_view(method, sizeof method) == "HEAD ";
+}
+
 // Sends a refusal, as the last that is sent.
 void SendRefusal(int socket, int status) {
-    std::string const text = Serialized(Refusal(status));
+    std::string text = Serialized(Refusal(status));
+    if (IsForHead(socket)) {
+        text.erase(text.find("\r\n\r\n") + 4);
+    }
     send(socket, text.data(), text.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     shutdown(socket, SHUT_WR);
 }

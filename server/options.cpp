@@ -23,6 +23,9 @@ std::string IsEndpoint(std::string const& text) {
 char const footer[] =
     "An option on the command line goes before its environment variable.\n"
     "\n"
+    "For browsers on other machines, listen on an address of this one and add the names that they "
+    "use: --listen 0.0.0.0:8080 --host device.example. There is no encryption and no login.\n"
+    "\n"
     "SIGTERM and SIGINT: ends when the requests that have arrived are answered. SIGHUP: opens the "
     "log file anew.\n"
     "\n"

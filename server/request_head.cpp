@@ -43,6 +43,13 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(0, text.find_last_not_of(" \t") + 1);
 }
 
+// A path, a whole address, or "*" for the server as such (RFC 9112, 3.2).
+bool IsTarget(std::string_view text) {
+    bool const hasForm =
+        text.substr(0, 1) == "/" || text == "*" || Equals(text.substr(0, 7), "http://");
+    return hasForm && std::all_of(text.begin(), text.end(), IsVisible);
+}
+
 // The version's digits are looked at when the line has the form of a request.
 int JudgeRequestLine(std::string_view line) {
     std::size_t const first = line.find(' ');
@@ -52,8 +59,7 @@ int JudgeRequestLine(std::string_view line) {
     }
     std::string_view const target = line.substr(first + 1, last - first - 1);
     std::string_view const version = line.substr(last + 1);
-    if (!std::all_of(target.begin(), target.end(), IsVisible) || target.empty() ||
-        version.substr(0, 5) != "HTTP/") {
+    if (!IsTarget(target) || version.substr(0, 5) != "HTTP/") {
         return 400;
     }
     if (target.size() > mostTargetBytes) {
@@ -65,6 +71,7 @@ int JudgeRequestLine(std::string_view line) {
 // What the header's fields say of the request as a whole.
 struct Fields {
     int refusal = 0;
+    int count = 0;
     int hosts = 0;
     int lengths = 0;
     std::size_t bodySize = 0;
@@ -108,6 +115,10 @@ void TakeField(Fields& fields, std::string_view line) {
 Fields ReadFields(std::string_view lines) {
     Fields fields;
     while (!lines.empty() && fields.refusal == 0) {
+        if (++fields.count > mostFields) {
+            fields.refusal = 431;
+            break;
+        }
         std::size_t const end = lines.find(lineEnd);
         TakeField(fields, lines.substr(0, end));
         lines.remove_prefix(end + lineEnd.size());

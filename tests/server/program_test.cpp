@@ -225,6 +225,16 @@ TEST(Program, StopsWhenEveryRequestMakesAWorkerAnew) {
     EXPECT_EQ(server.Process().Wait(), 0);
 }
 
+TEST(Program, LeavesNoProcessBehindWhenItIsKilled) {
+    Server server;
+    Client const half(server.Port());
+    half.Send("GET");
+    server.Process().Signal(SIGKILL);
+    EXPECT_EQ(server.Process().Wait(), 1000 + SIGKILL);
+    // Standard error ends with the last process that has it.
+    EXPECT_EQ(server.Process().Errors(), "");
+}
+
 TEST(Program, WritesItsLogToAFile) {
     TempFolder const folder;
     std::string const log = folder.path + "/log";

@@ -103,6 +103,17 @@ TEST(Refusals, ArePages) {
               "<p><a href=\"/\">First page</a></p>\n</body>\n</html>\n");
 }
 
+TEST(Refusals, OfAHeadHaveNoBody) {
+    Server server;
+    for (std::string const& request :
+         {RequestText("/nothing", "", "HEAD"), RequestText("/", "Host: localhost\r\n", "HEAD")}) {
+        Reply const reply = Ask(server.Port(), request);
+        EXPECT_GE(reply.status, 400);
+        EXPECT_NE(reply.Header("Content-Length"), "0");
+        EXPECT_EQ(reply.body, "");
+    }
+}
+
 TEST(Refusals, AreReadToTheEndByAClientThatGoesOnSending) {
     Server server;
     Client const client(server.Port());

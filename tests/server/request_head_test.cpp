@@ -33,6 +33,9 @@ TEST(RequestHead, IsJudgedByItsFirstLine) {
              Row{" / HTTP/1.1", "400"},
              Row{"GET /\x01 HTTP/1.1", "400"},
              Row{"GET /\xc3\xa9 HTTP/1.1", "400"},
+             Row{"GET http://a/ HTTP/1.1", "size 35"},
+             Row{"GET echo HTTP/1.1", "400"},
+             Row{"CONNECT a:80 HTTP/1.1", "400"},
              Row{"GET / FTP/1.1", "400"},
              Row{"GET / HTTP/1.2", "505"},
              Row{"GET / HTTP/3", "505"},
@@ -73,6 +76,15 @@ TEST(RequestHead, IsJudgedByItsFields) {
         EXPECT_EQ(Shown(std::string("GET / HTTP/1.1\r\n") + row.fields + "\r\n"), row.judgement)
             << row.fields;
     }
+}
+
+TEST(RequestHead, HasAtMostAHundredFields) {
+    std::string fields = "Host: a\r\n";
+    for (int i = 1; i < 100; ++i) {
+        fields += "a:\r\n";
+    }
+    EXPECT_EQ(Shown("GET / HTTP/1.1\r\n" + fields + "\r\n"), "size 423");
+    EXPECT_EQ(Shown("GET / HTTP/1.1\r\n" + fields + "a:\r\n\r\n"), "431");
 }
 
 TEST(RequestHead, IsAwaitedUntilItsEnd) {
