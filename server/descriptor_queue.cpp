@@ -1,6 +1,7 @@
 // Each descriptor travels beside one byte of a packet (unix(7), SCM_RIGHTS).
 #include "descriptor_queue.hpp"
 
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <cerrno>
@@ -36,13 +37,18 @@ DescriptorQueue::DescriptorQueue() {
     writeEnd_ = Descriptor(ends[1]);
 }
 
-bool DescriptorQueue::Put(int descriptor) const {
+bool DescriptorQueue::Put(int descriptor, int patienceMilliseconds) const {
     Packet packet;
     cmsghdr* const head = CMSG_FIRSTHDR(&packet.message);
     head->cmsg_level = SOL_SOCKET;
     head->cmsg_type = SCM_RIGHTS;
     head->cmsg_len = CMSG_LEN(sizeof descriptor);
     std::memcpy(CMSG_DATA(head), &descriptor, sizeof descriptor);
+    bool const isPut = sendmsg(writeEnd_.Get(), &packet.message, MSG_NOSIGNAL) == 1;
+    pollfd watched = {writeEnd_.Get(), POLLOUT, 0};
+    if (isPut || errno != EAGAIN || poll(&watched, 1, patienceMilliseconds) <= 0) {
+        return isPut;
+    }
     return sendmsg(writeEnd_.Get(), &packet.message, MSG_NOSIGNAL) == 1;
 }
 

@@ -12,8 +12,9 @@ public:
     // Throws std::system_error when the system has none to give.
     DescriptorQueue();
 
-    // Puts a copy of `descriptor` in. Returns false when the queue is full.
-    bool Put(int descriptor) const;
+    // Puts a copy of `descriptor` in. Returns false when the queue is full, and stays so for as
+    // long as the caller can wait.
+    bool Put(int descriptor, int patienceMilliseconds) const;
 
     // Takes one out; -1 when there is none.
     int Take() const;

@@ -37,12 +37,17 @@ std::string HostName(std::string const& authority) {
     return name;
 }
 
+std::string GivenHostName(std::string const& text) {
+    bool const isBareIpv6 = text[0] != '[' && text.find(':') != text.rfind(':');
+    return HostName(isBareIpv6 ? "[" + text + "]" : text);
+}
+
 bool IsKnownHost(std::string const& host, std::vector<std::string> const& names) {
     std::string const name = HostName(host);
     if (name == "localhost" || name == "127.0.0.1" || name == "[::1]") {
         return true;
     }
-    return !name.empty() && std::find(names.begin(), names.end(), name) != names.end();
+    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 bool IsSameOrigin(std::string const& origin, std::string const& host) {

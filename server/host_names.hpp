@@ -12,6 +12,10 @@ namespace QuilloServer {
 // keeps its brackets. Empty when there is none.
 std::string HostName(std::string const& authority);
 
+// The name that a person gives for a host, in the same form: brackets around an IPv6 address may be
+// left out.
+std::string GivenHostName(std::string const& text);
+
 // Whether `host`, the field of that name, is one of `names` or a loopback one, with any port.
 bool IsKnownHost(std::string const& host, std::vector<std::string> const& names);
 

@@ -184,7 +184,6 @@ void Lobby::Consider(Guests::iterator guest, bool isEnded) {
 
 void Lobby::PassOn(Guests::iterator guest) {
     int const socket = guest->socket.Get();
-    AwaitBytes(socket, 1);
     Watch(EPOLL_CTL_DEL, socket, 0, nullptr);
     ready_.push_back(std::move(guest->socket));
     waiting_.erase(guest);
@@ -192,7 +191,7 @@ void Lobby::PassOn(Guests::iterator guest) {
 }
 
 void Lobby::PassOnReady() {
-    while (!ready_.empty() && settings_.ready.Put(ready_.front().Get())) {
+    while (!ready_.empty() && settings_.ready.Put(ready_.front().Get(), 0)) {
         ready_.pop_front();
     }
     Watch(EPOLL_CTL_MOD, settings_.ready.WriteEnd(), ready_.empty() ? 0U : EPOLLOUT, &ready_);

@@ -5,6 +5,7 @@
 #include <exception>
 #include <iostream>
 
+#include "host_names.hpp"
 #include "listener.hpp"
 #include "state_folder.hpp"
 
@@ -18,6 +19,10 @@ std::string IsEndpoint(std::string const& text) {
     } catch (std::exception const& error) {
         return error.what();
     }
+}
+
+std::string IsHost(std::string const& text) {
+    return GivenHostName(text).empty() ? "'" + text + "' is no name of a host" : "";
 }
 
 char const footer[] =
@@ -46,6 +51,7 @@ void AddOptions(CLI::App& command, Options& options) {
             "A name that browsers may reach this server by, besides the loopback names "
             "and the address it listens on; may be repeated, or name several with commas between")
         ->envname("QUILLO_HOST")
+        ->check(IsHost)
         ->delimiter(',')
         ->allow_extra_args(false);
     command.add_option("--workers", options.workers, "How many pages can be made at a time")

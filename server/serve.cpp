@@ -33,8 +33,7 @@ int Milliseconds(double seconds) {
 std::vector<std::string> HostNames(Options const& options) {
     std::vector<std::string> names = {HostName(options.listen)};
     for (std::string const& host : options.hosts) {
-        bool const isBareIpv6 = host[0] != '[' && host.find(':') != host.rfind(':');
-        names.push_back(HostName(isBareIpv6 ? "[" + host + "]" : host));
+        names.push_back(GivenHostName(host));
     }
     return names;
 }

@@ -88,8 +88,8 @@ int Site::RefusalOfPost(Incoming const& incoming) const {
     if (!IsForm(incoming.contentType)) {
         return 415;
     }
+    // Without a known session there is a new one, whose token no one has seen.
     bool const isOurs = IsSameOrigin(incoming.origin, incoming.host) &&
-                        sessions_.IsKnown(incoming.cookies) &&
                         IsSameSecret(Field(incoming.form, tokenFieldName),
                                      sessions_.Token(sessions_.Find(incoming.cookies)));
     return isOurs ? 0 : 403;

@@ -15,6 +15,9 @@
 namespace QuilloServer {
 namespace {
 
+// Past that, the connection ends.
+constexpr int lobbyPatienceMilliseconds = 2000;
+
 template <std::size_t size>
 void CopyText(char (&to)[size], std::string const& text) {
     to[text.copy(to, size - 1)] = '\0';
@@ -107,8 +110,8 @@ bool Worker::Accept() {
     if (LookAt(socket.Get()).arrival == Arrival::Complete) {
         Answer(socket.Release());
     } else {
-        // A lobby that takes no more is flooded; the connection ends here.
-        settings_.arrivals.Put(socket.Get());
+        // The lobby takes one in no time, unless it is being made anew.
+        settings_.arrivals.Put(socket.Get(), lobbyPatienceMilliseconds);
     }
     return true;
 }

@@ -24,6 +24,12 @@ TEST(FailingPages, ThrowIsAnsweredWithoutItsReason) {
     EXPECT_NE(server.Process().ErrorLine("page 'throw-number' failed at GET /throw-number: "), "");
 }
 
+TEST(FailingPages, PageThatCannotBeWrittenIsNotSent) {
+    Server server;
+    EXPECT_EQ(Get(server.Port(), "/break").status, 500);
+    EXPECT_NE(server.Process().ErrorLine("page 'break' failed at GET /break: "), "");
+}
+
 TEST(FailingPages, WorkerSurvivesAThrow) {
     Server server({"--workers", "1"});
     std::string const worker = Get(server.Port(), "/process").body;
@@ -121,6 +127,15 @@ TEST(Recycling, WorkerIsMadeAnewAfterItsRequests) {
         EXPECT_EQ(Get(server.Port(), "/nothing").status, 404);
         EXPECT_EQ(Get(server.Port(), "/nothing").status, 404);
     }
+}
+
+TEST(Recycling, WaitsForThoseThatReadSlowly) {
+    Server server({"--workers", "1", "--max-requests", "1"});
+    Client const slow(server.Port());
+    slow.Send(RequestText("/much?bytes=6000000"));
+    EXPECT_EQ(ParseReply(slow.ReadUntil("\r\n\r\n")).status, 200);
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    EXPECT_EQ(slow.ReadAll().size(), 6000000U);
 }
 
 TEST(Recycling, ZeroIsNever) {

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -53,6 +54,7 @@ TEST(Program, WrongCommandLineIsAnsweredWithTheUsage) {
              Row{{"--listen", ":8080"}, "--listen: ':8080' is not"},
              Row{{"--listen", "localhost:65536"}, "--listen: 'localhost:65536' is not"},
              Row{{"--listen", "localhost:"}, "--listen: 'localhost:' is not"},
+             Row{{"--host", ":80"}, "--host: ':80' is no name of a host"},
              Row{{"--workers", "0"}, "--workers: Value 0 not in range 1 to 64"},
              Row{{"--workers", "65"}, "--workers: Value 65 not in range 1 to 64"},
              Row{{"--workers", "x"}, "--workers: Value x not in range 1 to 64"},
@@ -186,12 +188,17 @@ TEST(Program, AnswersWhatHasArrivedWhenItIsStopped) {
         gate.AwaitPage();
         Client const half(server.Port());
         half.Send("GET");
-        Client const queued(server.Port());
-        queued.Send(RequestText("/much?bytes=7"));
+        std::vector<std::unique_ptr<Client>> queued;
+        for (int i = 0; i < 5; ++i) {
+            queued.push_back(std::make_unique<Client>(server.Port()));
+            queued.back()->Send(RequestText("/much?bytes=7"));
+        }
         server.Process().Signal(number);
         gate.Open();
         EXPECT_EQ(slow.Read().body, "waited");
-        EXPECT_EQ(queued.Read().body, "xxxxxxx");
+        for (auto const& client : queued) {
+            EXPECT_EQ(client->Read().body, "xxxxxxx");
+        }
         EXPECT_EQ(half.Read().status, 503);
         EXPECT_EQ(server.Process().Wait(), 0);
         EXPECT_THROW(Client(server.Port()), std::system_error);
@@ -248,8 +255,7 @@ TEST(Program, WritesItsLogToAFile) {
 TEST(Program, OpensItsLogAnew) {
     TempFolder const folder;
     std::string const log = folder.path + "/log";
-    // A named pipe in the place of the new file shows when it is opened.
-    Server server({"--log-file", log, "--workers", "1"});
+    Server server({"--log-file", log, "--workers", "1", "--max-requests", "0"});
     EXPECT_EQ(Get(server.Port(), "/throw").status, 500);
     std::filesystem::rename(log, log + ".1");
     std::string const old = FileText(log + ".1");

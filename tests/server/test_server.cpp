@@ -95,6 +95,11 @@ void ThrowError(Request&, std::ostream& out) {
     throw std::runtime_error("the reason that is for the log");
 }
 
+void BreakStream(Request&, std::ostream& out) {
+    out << "half a page";
+    out.setstate(std::ios::badbit);
+}
+
 void ThrowNumber(Request&, std::ostream&) {
     throw 42;
 }
@@ -122,6 +127,7 @@ Page const redirect("redirect", "Redirect", 7, WriteRedirect);
 Page const wait("wait", "Wait", 8, WriteAfterWaiting);
 Page const throwing("throw", "Throw", 9, ThrowError);
 Page const throwingNumber("throw-number", "Throw", 10, ThrowNumber);
+Page const breaking("break", "Break", 14, BreakStream);
 Page const aborting("abort", "Abort", 11, Abort);
 Page const exiting("exit", "Exit", 12, Exit);
 Page const looping("loop", "Loop", 13, Loop);

@@ -1,5 +1,6 @@
 // The small text functions of the server.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 
 #include <content_security.hpp>
 #include <digests.hpp>
@@ -114,6 +115,23 @@ TEST(Tag, IsFoundInAList) {
     EXPECT_TRUE(IsTagNamed("*", "\"a\""));
     EXPECT_FALSE(IsTagNamed("\"b\"", "\"a\""));
     EXPECT_FALSE(IsTagNamed("", "\"a\""));
+}
+
+TEST(HostNames, MayBeGivenWithoutBrackets) {
+    EXPECT_EQ(GivenHostName("fd00::1"), "[fd00::1]");
+    EXPECT_EQ(GivenHostName("[fd00::1]:80"), "[fd00::1]");
+    EXPECT_EQ(GivenHostName("Device:80"), "device");
+}
+
+TEST(Listener, LetsTheSystemKeepAWholeAnswer) {
+    Descriptor const listener = Listen({"127.0.0.1", "0"});
+    Descriptor const plain(socket(AF_INET, SOCK_STREAM, 0));
+    int sizes[2] = {0, 0};
+    socklen_t size = sizeof(int);
+    getsockopt(listener.Get(), SOL_SOCKET, SO_SNDBUF, &sizes[0], &size);
+    getsockopt(plain.Get(), SOL_SOCKET, SO_SNDBUF, &sizes[1], &size);
+    EXPECT_GE(sizes[0], 200000);
+    EXPECT_GT(sizes[0], sizes[1]);
 }
 
 TEST(Endpoint, IsReadFromText) {

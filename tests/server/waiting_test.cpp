@@ -106,7 +106,7 @@ TEST(Waiting, ClientsThatReadSlowlyHoldNoWorker) {
 }
 
 TEST(Waiting, TooManySlowClientsEndTheOldest) {
-    Server server;
+    Server server({"--patience", "3600"});
     Client const oldest(server.Port());
     oldest.Send("GET");
     // The oldest is in the lobby when a later one of the same worker is answered.
