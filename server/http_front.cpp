@@ -116,11 +116,10 @@ int HttpFront::Timeout() const {
     return isSet ? static_cast<int>(std::min<MHD_UNSIGNED_LONG_LONG>(milliseconds, INT_MAX)) : -1;
 }
 
-void* HttpFront::Begin(void*, char const* target, MHD_Connection* connection) {
+// The header is not there yet.
+void* HttpFront::Begin(void*, char const* target, MHD_Connection*) {
     auto exchange = std::make_unique<Exchange>();
-    Incoming& incoming = exchange->incoming;
-    incoming.host = Header(connection, "Host");
-    TakeTarget(incoming, target);
+    TakeTarget(exchange->incoming, target);
     return exchange.release();
 }
 

@@ -3,6 +3,7 @@
 #include <device_log.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -65,6 +66,7 @@ public:
 private:
     void BlockSignals();
     void WaitForSignal();
+    void BeginToStop();
     void StartDue();
     void Start(Child& child);
     [[noreturn]] void RunChild(Child const& child) const;
@@ -120,9 +122,21 @@ void Supervisor::WaitForSignal() {
         ReopenLog();
         TellAll(SIGHUP);
     } else if ((number == SIGTERM || number == SIGINT) && stage_ == Stage::Serving) {
-        stage_ = Stage::LobbyEnds;
-        stopBy_ = MillisecondsNow() + workerSettings_.deadlineMilliseconds + stopMilliseconds;
-        kill(children_.front().pid, SIGTERM);
+        BeginToStop();
+    }
+}
+
+// From now on the system takes no connection while another one waits to be accepted: the workers
+// come to an end even when clients do not.
+void Supervisor::BeginToStop() {
+    stage_ = Stage::LobbyEnds;
+    stopBy_ = MillisecondsNow() + workerSettings_.deadlineMilliseconds + stopMilliseconds;
+    listen(workerSettings_.listener, 0);
+    pid_t const lobby = children_.front().pid;
+    if (lobby != 0) {
+        kill(lobby, SIGTERM);
+    } else {
+        children_.erase(children_.begin());
     }
 }
 

@@ -1,10 +1,11 @@
 #include "worker.hpp"
 
-#include <poll.h>
+#include <sys/epoll.h>
 #include <sys/socket.h>
 
 #include <cerrno>
-#include <cstring>
+#include <cstdint>
+#include <system_error>
 
 #include "connection.hpp"
 #include "deadline_timer.hpp"
@@ -31,7 +32,8 @@ public:
 private:
     void WatchPage(Page const* page, std::string const& path);
     bool IsWorn() const;
-    void Wait(bool isTaking);
+    void Watch(int descriptor, std::uint32_t events);
+    void Wait();
     bool TakeRequest();
     bool TakeReady();
     bool Accept();
@@ -43,6 +45,7 @@ private:
     DeadlineTimer timer_;
     Site site_;
     HttpFront front_;
+    Descriptor epoll_;
 };
 
 Worker::Worker(WorkerSettings const& settings, WorkerRecord& record)
@@ -50,7 +53,23 @@ Worker::Worker(WorkerSettings const& settings, WorkerRecord& record)
       record_(record),
       site_(settings.site,
             [this](Page const* page, std::string const& path) { WatchPage(page, path); }),
-      front_(site_) {}
+      front_(site_),
+      epoll_(epoll_create1(EPOLL_CLOEXEC)) {
+    if (epoll_.Get() < 0) {
+        throw std::system_error(errno, std::generic_category(), "epoll_create1");
+    }
+    Watch(SignalDescriptor(), EPOLLIN);
+    Watch(front_.Descriptor(), EPOLLIN);
+    // Of the workers that wait for one of these, the system wakes one.
+    Watch(settings.ready.ReadEnd(), EPOLLIN | EPOLLEXCLUSIVE);
+    Watch(settings.listener, EPOLLIN | EPOLLEXCLUSIVE);
+}
+
+void Worker::Watch(int descriptor, std::uint32_t events) {
+    epoll_event event = {};
+    event.events = events;
+    epoll_ctl(epoll_.Get(), EPOLL_CTL_ADD, descriptor, &event);
+}
 
 void Worker::WatchPage(Page const* page, std::string const& path) {
     if (page != nullptr) {
@@ -71,20 +90,17 @@ bool Worker::IsWorn() const {
 
 void Worker::Run() {
     while (!IsStopping() && !IsWorn()) {
-        Wait(true);
+        Wait();
         front_.Run();
         TakeRequest();
     }
     Drain();
 }
 
-// For signals, for what is under way, and unless the process is ending for what comes.
-void Worker::Wait(bool isTaking) {
-    pollfd watched[] = {{SignalDescriptor(), POLLIN, 0},
-                        {front_.Descriptor(), POLLIN, 0},
-                        {settings_.ready.ReadEnd(), POLLIN, 0},
-                        {settings_.listener, POLLIN, 0}};
-    poll(watched, isTaking ? 4 : 2, front_.Timeout());
+// For signals, for what is under way, and for what comes. What it is, is looked at afterwards.
+void Worker::Wait() {
+    epoll_event event = {};
+    epoll_wait(epoll_.Get(), &event, 1, front_.Timeout());
     ReadSignals();
 }
 
@@ -125,14 +141,17 @@ void Worker::Answer(int socket) {
     }
 }
 
-// What was sent before the server was told to stop is answered.
+// What was sent before the server was told to stop is answered; what comes later is for others.
 void Worker::Drain() {
     if (IsStopping()) {
         while (TakeRequest()) {
         }
     }
+    for (int const source : {settings_.ready.ReadEnd(), settings_.listener}) {
+        epoll_ctl(epoll_.Get(), EPOLL_CTL_DEL, source, nullptr);
+    }
     while (front_.IsBusy()) {
-        Wait(false);
+        Wait();
         front_.Run();
     }
 }

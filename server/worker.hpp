@@ -1,4 +1,5 @@
 // A worker: a process that takes requests that are there as a whole, and answers one after another.
+// What the system does not take of an answer at once (limits.hpp) is sent between pages.
 #ifndef QUILLO_SERVER_WORKER_HPP
 #define QUILLO_SERVER_WORKER_HPP
 

@@ -9,6 +9,8 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <system_error>
+#include <thread>
 
 #include "server/http_client.hpp"
 #include "server/server_process.hpp"
@@ -230,6 +232,28 @@ TEST(Program, StopsWhenEveryRequestMakesAWorkerAnew) {
     EXPECT_EQ(slow.Read().body, "waited");
     EXPECT_EQ(queued.Read().body, "xxxxxxx");
     EXPECT_EQ(server.Process().Wait(), 0);
+}
+
+TEST(Program, StopsAlthoughClientsGoOnAsking) {
+    Server server;
+    std::vector<std::thread> askers;
+    for (int i = 0; i < 4; ++i) {
+        askers.emplace_back([&server] {
+            try {
+                for (;;) {
+                    Get(server.Port(), "/process");
+                }
+            } catch (std::system_error const&) {
+                // No one listens any more.
+            }
+        });
+    }
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    EXPECT_EQ(server.Stop(), 0);
+    for (std::thread& asker : askers) {
+        asker.join();
+    }
+    EXPECT_EQ(server.Process().Errors(), "");
 }
 
 TEST(Program, LeavesNoProcessBehindWhenItIsKilled) {
