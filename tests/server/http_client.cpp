@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <strings.h>
 #include <sys/socket.h>
 
@@ -105,6 +106,24 @@ std::string Client::ReadAll() const {
         text.append(bytes, static_cast<std::size_t>(count));
     }
     return text;
+}
+
+LateClient::LateClient(int port)
+    : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    connect(socket_.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address);
+}
+
+int LateClient::Outcome() const {
+    pollfd watched = {socket_.Get(), POLLOUT, 0};
+    poll(&watched, 1, -1);
+    int error = 0;
+    socklen_t size = sizeof error;
+    getsockopt(socket_.Get(), SOL_SOCKET, SO_ERROR, &error, &size);
+    return error;
 }
 
 std::string RequestText(std::string const& path, std::string const& fields,

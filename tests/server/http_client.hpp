@@ -39,6 +39,18 @@ private:
     QuilloServer::Descriptor socket_;
 };
 
+// A connection that has only been asked for.
+class LateClient {
+public:
+    explicit LateClient(int port);
+
+    // What became of it: 0, or the error's number.
+    int Outcome() const;
+
+private:
+    QuilloServer::Descriptor socket_;
+};
+
 // The head of a request for `path`, with the field Host and `fields`, each with its line end.
 std::string RequestText(std::string const& path, std::string const& fields = "",
                         std::string const& method = "GET");

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -10,7 +11,6 @@
 #include <sstream>
 #include <string>
 #include <system_error>
-#include <thread>
 
 #include "server/http_client.hpp"
 #include "server/server_process.hpp"
@@ -234,26 +234,26 @@ TEST(Program, StopsWhenEveryRequestMakesAWorkerAnew) {
     EXPECT_EQ(server.Process().Wait(), 0);
 }
 
-TEST(Program, StopsAlthoughClientsGoOnAsking) {
-    Server server;
-    std::vector<std::thread> askers;
-    for (int i = 0; i < 4; ++i) {
-        askers.emplace_back([&server] {
-            try {
-                for (;;) {
-                    Get(server.Port(), "/process");
-                }
-            } catch (std::system_error const&) {
-                // No one listens any more.
-            }
-        });
-    }
+TEST(Program, TakesNoMoreOnceItIsStopped) {
+    Server server({"--workers", "1"});
+    Client const half(server.Port());
+    half.Send("GET");
     EXPECT_EQ(Get(server.Port(), "/process").status, 200);
-    EXPECT_EQ(server.Stop(), 0);
-    for (std::thread& asker : askers) {
-        asker.join();
-    }
-    EXPECT_EQ(server.Process().Errors(), "");
+    Gate gate;
+    Client const slow(server.Port());
+    slow.Send(RequestText("/wait?" + gate.Arguments()));
+    gate.AwaitPage();
+    server.Process().Signal(SIGTERM);
+    EXPECT_EQ(half.Read().status, 503);
+    // One more is taken; while it waits, the next one is not.
+    Client const queued(server.Port());
+    queued.Send(RequestText("/process"));
+    LateClient const late(server.Port());
+    gate.Open();
+    EXPECT_EQ(slow.Read().body, "waited");
+    EXPECT_EQ(queued.Read().status, 200);
+    EXPECT_EQ(server.Process().Wait(), 0);
+    EXPECT_EQ(late.Outcome(), ECONNREFUSED);
 }
 
 TEST(Program, LeavesNoProcessBehindWhenItIsKilled) {
