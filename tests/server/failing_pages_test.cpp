@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
 #include <set>
 #include <string>
 
@@ -115,6 +116,37 @@ TEST(FailingPages, KilledWorkerIsReplaced) {
     kill(std::stoi(worker), SIGKILL);
     EXPECT_NE(server.Process().ErrorLine("a worker was ended by a signal (Killed) between"), "");
     EXPECT_NE(Get(server.Port(), "/process").body, worker);
+}
+
+// The supervisor's first process.
+int LobbyOf(Server& server) {
+    std::string const id = std::to_string(server.Process().Id());
+    int lobby = 0;
+    std::ifstream("/proc/" + id + "/task/" + id + "/children") >> lobby;
+    return lobby;
+}
+
+TEST(Lobby, IsMadeAnewWhenItDies) {
+    Server server({"--workers", "1"});
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    ASSERT_GT(LobbyOf(server), 0);
+    kill(LobbyOf(server), SIGKILL);
+    EXPECT_NE(server.Process().ErrorLine("the lobby was ended by a signal (Killed)"), "");
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    Client const half(server.Port());
+    half.Send("GET /process HTTP/1.1\r\nHost: loc");
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    half.Send("alhost\r\n\r\n");
+    EXPECT_EQ(half.Read().status, 200);
+}
+
+TEST(Lobby, IsNotNeededToStop) {
+    Server server;
+    EXPECT_EQ(Get(server.Port(), "/process").status, 200);
+    ASSERT_GT(LobbyOf(server), 0);
+    kill(LobbyOf(server), SIGKILL);
+    EXPECT_NE(server.Process().ErrorLine("the lobby was ended by a signal (Killed)"), "");
+    EXPECT_EQ(server.Stop(), 0);
 }
 
 TEST(Recycling, WorkerIsMadeAnewAfterItsRequests) {
