@@ -22,6 +22,8 @@ constexpr std::size_t mostGuests = 800;
 constexpr unsigned mostReaders = 800;
 // How long an answer may wait for its reader to take any of it.
 constexpr unsigned readerPatienceSeconds = 30;
+// Refused connections that may go on sending; a newcomer beyond them ends the oldest.
+constexpr std::size_t mostLeaving = 100;
 // How long a refused client may go on sending before its connection ends.
 constexpr int lingerMilliseconds = 2000;
 

@@ -201,6 +201,9 @@ void Lobby::PassOnReady() {
 // the system would reset it, and the client might never see the answer.
 void Lobby::Refuse(Guests::iterator guest, int status) {
     Log_SpecEntry(logSpecInfo, __FILE__, __LINE__, "a request was refused: %d", status);
+    if (leaving_.size() >= mostLeaving) {
+        End(leaving_, leaving_.begin());
+    }
     int const socket = guest->socket.Get();
     SendRefusal(socket, status);
     AwaitBytes(socket, 1);

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "server/http_client.hpp"
 #include "server/server_process.hpp"
@@ -125,6 +126,19 @@ TEST(Refusals, AreReadToTheEndByAClientThatGoesOnSending) {
     }
     client.EndSending();
     EXPECT_EQ(client.ReadAll(), "");
+}
+
+TEST(Refusals, OfManyClientsEndTheOldest) {
+    Server server;
+    std::vector<std::unique_ptr<Client>> clients;
+    for (int i = 0; i < 101; ++i) {
+        clients.push_back(std::make_unique<Client>(server.Port()));
+        clients.back()->Send("\r\n");
+        EXPECT_EQ(ParseReply(clients.back()->ReadUntil("</html>\n")).status, 400);
+    }
+    // The answer to the first of these is that the connection is gone.
+    EXPECT_TRUE(clients.front()->Send("a"));
+    EXPECT_FALSE(clients.front()->Send("a"));
 }
 
 TEST(Refusals, ClientThatGoesAwayHalfWayIsForgotten) {
