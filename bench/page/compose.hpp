@@ -35,8 +35,7 @@ void ComposeNavBar(Sink& sink, std::vector<std::string> const& labels) {
     ComposeBarEnd(sink, "/images/widgets/nav_bar/left_on.gif", "10");
     for (std::size_t i = 0; i < labels.size(); ++i) {
         int const length = static_cast<int>(labels[i].size());
-        std::string const padding =
-            std::to_string(length <= 15 ? 9 + 6 * ((17 - length) / 2) : 9);
+        std::string const padding = std::to_string(length <= 15 ? 9 + 6 * ((17 - length) / 2) : 9);
         std::string const style =
             "padding-left: " + padding + "px;padding-right: " + padding + "px;";
         std::string const place = i == 0 ? " first" : i == labels.size() - 1 ? " last" : "";
