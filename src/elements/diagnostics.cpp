@@ -48,14 +48,12 @@ void ReserveTwo(std::vector<boost::shared_ptr<ElementImpl>>& children) {
 }
 
 void AppendLine(std::string const& line) {
-    if (isLogOnly) {
+    if (isLogOnly || !debugMsgs.impl) {
         return;
     }
     Text const text(line, true);
     Br const lineBreak;
-    if (debugMsgs.impl) {
-        ReserveTwo(debugMsgs.impl->children);
-    }
+    ReserveTwo(debugMsgs.impl->children);
     debugMsgs << text << lineBreak;
 }
 

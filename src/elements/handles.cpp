@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <quillo>
 
+#include "elements/joined.hpp"
 #include "elements/leaf_check.hpp"
 
 namespace Quillo {
@@ -58,7 +59,8 @@ Element& Element::SetEmptyAttr(std::string const& name) {
 Element& Element::AddStyle(std::string const& style) {
     ElementImpl const& element = Checked(impl);
     auto const present = element.attrs.find("style");
-    return SetAttr("style", present != element.attrs.end() ? present->second + ";" + style : style);
+    return SetAttr("style",
+                   present != element.attrs.end() ? Joined({present->second, ";", style}) : style);
 }
 
 Element& Element::SetOneLine() {
@@ -86,10 +88,9 @@ Element const& operator<<(Element const& parent, Element const& child) {
         return parent;
     }
     ElementImpl& element = Element::Checked(parent.impl);
-    if (TakesChildren(element)) {
-        element.children.push_back(child.impl);
-        child.impl->parent = &element;
-    }
+    RefuseLeaf(element);
+    element.children.push_back(child.impl);
+    child.impl->parent = &element;
     return parent;
 }
 

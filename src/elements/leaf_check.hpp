@@ -3,15 +3,18 @@
 
 #include <quillo>
 
+#include "elements/joined.hpp"
+
 namespace Quillo {
 
-// Whether `parent` takes children. A leaf is refused by the platform's error; a platform whose
+// Refuses `parent` as a parent when it is a leaf, by the platform's error. A platform whose
 // `ThrowError` returns is no leave to go on.
-inline bool TakesChildren(ElementImpl const& parent) {
+inline void RefuseLeaf(ElementImpl const& parent) {
     if (parent.isLeaf) {
-        Glb::ThrowError("Tried to add child to <" + parent.tag + "> item", __LINE__, __FILE__);
+        Glb::ThrowError(Joined({"Tried to add child to <", parent.tag, "> item"}), __LINE__,
+                        __FILE__);
+        throw Glb::Error(0, nullptr, "");
     }
-    return !parent.isLeaf;
 }
 
 }  // namespace Quillo

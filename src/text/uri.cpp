@@ -85,8 +85,8 @@ bool ParseUri(std::string const& uri, std::string& dir, std::string& page, UriAr
 }
 
 std::string AppendUriArgs(std::string const& uri, std::string const& args) {
-    char const separator = uri.find('?') == std::string::npos ? '?' : '&';
-    return uri + separator + args;
+    char const* const separator = uri.find('?') == std::string::npos ? "?" : "&";
+    return Joined({uri, separator, args});
 }
 
 }  // namespace Quillo

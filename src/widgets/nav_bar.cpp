@@ -27,7 +27,7 @@ bool IsLink(Slot const& slot) {
     return !slot.selected && !slot.unselectable;
 }
 
-std::string StateOf(Slot const& slot) {
+char const* StateOf(Slot const& slot) {
     if (slot.unselectable) {
         return "unselectable";
     }
@@ -36,10 +36,8 @@ std::string StateOf(Slot const& slot) {
 
 // The item of a bar of one is first, and not last.
 std::string ClassOf(Slot const& slot, std::size_t index, std::size_t count) {
-    if (index == 0) {
-        return StateOf(slot) + " first";
-    }
-    return StateOf(slot) + (index == count - 1 ? " last" : "");
+    char const* const place = index == 0 ? " first" : index == count - 1 ? " last" : "";
+    return Joined({StateOf(slot), place});
 }
 
 // Pixels at each side of a label. At about six pixels a byte, labels of up to 15 bytes come out
