@@ -4,7 +4,7 @@
 #include <quillo_kit/elements.hpp>
 #include <quillo_kit/safe.hpp>
 
-#include "style_sheet.hpp"
+#include "static_files.hpp"
 
 using namespace Quillo;
 using namespace QuilloKit;
@@ -22,7 +22,8 @@ Element MakeHead(std::string const& title) {
     head << Meta()
                 .SetAttr("name", "viewport")
                 .SetAttr("content", "width=device-width, initial-scale=1");
-    head << Title(title) << Style(styleSheet);
+    head << Title(title);
+    head << Link().SetAttr("rel", "stylesheet").SetAttr("href", styleSheetPath);
     return head;
 }
 

@@ -89,6 +89,18 @@ TEST_F(SamplePageTest, TheNetworkPageShowsTheViewAskedForAndTheFirstForAnyOther)
     }
 }
 
+TEST_F(SamplePageTest, APageLinksTheStyleSheetThatIsServed) {
+    std::vector<std::string> sheets;
+    for (QuilloServer::StaticFile const* file : QuilloServer::StaticFiles()) {
+        if (file->type == "text/css; charset=utf-8") {
+            sheets.push_back(file->path);
+        }
+    }
+    ASSERT_EQ(sheets.size(), 1U);
+    EXPECT_NE(Written("status").find("<link href=\"" + sheets[0] + "\" rel=\"stylesheet\" >"),
+              std::string::npos);
+}
+
 TEST_F(SamplePageTest, ThereIsNoPageOfAnotherName) {
     EXPECT_EQ(QuilloServer::FindPage("Status"), nullptr);
     EXPECT_EQ(QuilloServer::FindPage(""), nullptr);

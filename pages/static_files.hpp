@@ -1,0 +1,11 @@
+// Where the files lie that pages refer to, besides the images whose places the widgets fix.
+#ifndef QUILLO_PAGES_STATIC_FILES_HPP
+#define QUILLO_PAGES_STATIC_FILES_HPP
+
+namespace Pages {
+
+extern char const styleSheetPath[];
+
+}  // namespace Pages
+
+#endif
