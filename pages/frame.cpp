@@ -39,8 +39,11 @@ Element MakeNavigation(QuilloServer::Request& request, std::string const& shownP
 Element MakeBody(QuilloServer::Request& request, QuilloServer::Page const& page,
                  Element const& content) {
     Body body;
+    body << (A().SetAttr("class", "skip").SetAttr("href", "#content")
+             << Phrase(request, "Skip to the content"));
     body << MakeNavigation(request, page.name);
-    body << (Main() << SmallTitle(Translated(request, page.title)) << content);
+    body << (Main().SetAttr("id", "content").SetAttr("tabindex", "-1")
+             << SmallTitle(Translated(request, page.title)) << content);
     if (IsDebug()) {
         body << (Aside().SetAttr("class", "debug") << debugMsgs);
     }

@@ -1,6 +1,7 @@
 #include "quantities.hpp"
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 
 namespace Pages {
@@ -46,6 +47,17 @@ std::string Duration(std::string const& seconds) {
     std::string const time = TwoDigits(minutes / 60 % 24) + ":" + TwoDigits(minutes % 60);
     std::uint64_t const days = minutes / 60 / 24;
     return days == 0 ? time : std::to_string(days) + " d " + time;
+}
+
+std::optional<int> PercentUsed(std::string const& used, std::string const& available) {
+    std::uint64_t usedBytes = 0;
+    std::uint64_t availableBytes = 0;
+    bool const isKnown = Parse(used, usedBytes) && Parse(available, availableBytes);
+    double const all = static_cast<double>(usedBytes) + static_cast<double>(availableBytes);
+    if (!isKnown || all <= 0) {
+        return std::nullopt;
+    }
+    return static_cast<int>(std::ceil(100 * static_cast<double>(usedBytes) / all));
 }
 
 }  // namespace Pages

@@ -3,6 +3,7 @@
 #ifndef QUILLO_PAGES_QUANTITIES_HPP
 #define QUILLO_PAGES_QUANTITIES_HPP
 
+#include <optional>
 #include <string>
 
 namespace Pages {
@@ -12,6 +13,10 @@ std::string Bytes(std::string const& bytes);
 
 // Seconds as days, hours and minutes: "93784" gives "1 d 02:03".
 std::string Duration(std::string const& seconds);
+
+// How much of a file system is used, in whole per cent, rounded up: of what is used and what is
+// still to be had, for a part of its size is kept back. Nothing when they are no numbers or both 0.
+std::optional<int> PercentUsed(std::string const& used, std::string const& available);
 
 }  // namespace Pages
 

@@ -26,6 +26,22 @@ TEST(Quantities, DurationsAreDaysHoursAndWholeMinutes) {
     }
 }
 
+TEST(Quantities, WhatIsUsedIsAPartOfWhatIsUsedOrToBeHadRoundedUp) {
+    struct Use {
+        std::string used;
+        std::string available;
+        std::optional<int> percent;
+    };
+    for (Use const& use :
+         {Use{"0", "100", 0}, Use{"1", "1000", 1}, Use{"50", "50", 50}, Use{"501", "499", 51},
+          Use{"100", "0", 100}, Use{"18446744073709551615", "18446744073709551615", 50},
+          Use{"0", "0", std::nullopt}, Use{"Unavailable", "100", std::nullopt},
+          Use{"100", "Unavailable", std::nullopt}}) {
+        EXPECT_EQ(Pages::PercentUsed(use.used, use.available), use.percent)
+            << use.used << ", " << use.available;
+    }
+}
+
 TEST(Quantities, TextThatIsNoNumberComesBackAsItIs) {
     for (char const* const text :
          {"", "Unavailable", "-1", "1.5", " 1", "1 ", "18446744073709551616"}) {

@@ -54,7 +54,7 @@ run 0 --version
 holds out "quillo-render "
 
 # Pages are valid in every language, and silent.
-for page in status network processes; do
+for page in status network processes storage language about widgets; do
     for language in en de ar; do
         run 0 "$page" --language "$language"
         is_empty err
@@ -79,16 +79,16 @@ holds out "Netzwerkschnittstellen"
 
 # The status page shows this machine.
 run 0 status
-holds out "<td>$(uname -n)</td>"
-holds out "<td>$(uname -r)</td>"
+holds out "<bdi>$(uname -n)</bdi>"
+holds out "<bdi>$(uname -r)</bdi>"
 while read -r mount; do
-    holds out "<td>$mount</td>"
+    holds out "<bdi>$mount</bdi>"
 done < <(findmnt --noheadings --real --output TARGET --mountpoint /)
 for interface in /sys/class/net/*/mtu; do
-    [[ ! -e $interface ]] || holds out "<td>$(basename "$(dirname "$interface")")</td>"
+    [[ ! -e $interface ]] || holds out "<bdi>$(basename "$(dirname "$interface")")</bdi>"
 done
 run 0 processes
-holds out "<td>1</td>"
+holds out "<bdi>1</bdi>"
 
 # All of the device log is shown when it is asked for.
 run 0 status --verbose

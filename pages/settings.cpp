@@ -1,0 +1,171 @@
+// The settings page: switches of the configuration store. What is sent is looked at as a whole
+// before any of it is stored; the first field that is wrong gets the focus.
+#include <quillo_kit/elements.hpp>
+#include <quillo_kit/safe.hpp>
+
+#include "frame.hpp"
+
+using namespace Quillo;
+using namespace QuilloKit;
+using QuilloServer::Request;
+
+namespace Pages {
+namespace {
+
+char const pageName[] = "settings";
+char const lastingField[] = "lasting";
+char const checkedValue[] = "on";
+
+struct Setting {
+    char const* name;   // in the store, and of the field
+    char const* label;  // a phrase
+};
+
+Setting const settings[] = {{"show_memory", "Show the memory on the status page"},
+                            {"show_interfaces", "Show the network interfaces on the status page"},
+                            {"show_storage", "Show the file systems on the status page"}};
+
+// A setting as the page shows it.
+struct Field {
+    Setting setting;
+    bool isKnown;       // to the store
+    bool isChecked;     // what is stored, or what was sent
+    char const* fault;  // a phrase; null when there is nothing wrong with it
+};
+
+std::vector<Field> StoredFields() {
+    std::vector<Field> fields;
+    for (Setting const& setting : settings) {
+        Field field = {setting, false, false, nullptr};
+        field.isKnown = GetConfig(setting.name, field.isChecked) == 0;
+        if (!field.isKnown) {
+            field.fault = "The device does not know this setting.";
+        }
+        fields.push_back(field);
+    }
+    return fields;
+}
+
+// Whether `name` was sent as a checked box, or not at all, as a box that is not checked. A value
+// that no box has counts as a fault.
+bool IsChecked(UriArgs const& form, std::string const& name, char const*& fault) {
+    auto const sent = form.find(name);
+    if (sent != form.end() && sent->second != checkedValue) {
+        fault = "A box is checked or not: nothing else was expected.";
+    }
+    return sent != form.end() && sent->second == checkedValue;
+}
+
+// Takes what was sent over what is stored. True when nothing was wrong with it.
+bool TakeSent(UriArgs const& form, std::vector<Field>& fields) {
+    bool isGood = true;
+    for (Field& field : fields) {
+        if (field.isKnown) {
+            field.isChecked = IsChecked(form, field.setting.name, field.fault);
+            isGood = isGood && field.fault == nullptr;
+        }
+    }
+    return isGood;
+}
+
+// Stores the fields, those behind one that fails too. True when all were stored.
+bool Store(std::vector<Field>& fields, bool isLasting) {
+    bool isGood = true;
+    for (Field& field : fields) {
+        if (!field.isKnown) {
+            continue;
+        }
+        int const status = isLasting ? PutPersistentConfig(field.setting.name, field.isChecked)
+                                     : PutConfig(field.setting.name, field.isChecked);
+        if (status != 0) {
+            field.fault = "This setting could not be stored. The device log says why.";
+            isGood = false;
+        }
+    }
+    return isGood;
+}
+
+Element MakeBox(std::string const& name, bool isChecked) {
+    Input box;
+    box.SetAttr("type", "checkbox").SetAttr("name", SafeName(name)).SetAttr("value", checkedValue);
+    box.SetAttr("id", SafeName(name));
+    if (isChecked) {
+        box.SetEmptyAttr("checked");
+    }
+    return box;
+}
+
+Element MakeLabelled(Request& request, Element const& box, char const* label) {
+    return Label() << box << (Span() << Phrase(request, label));
+}
+
+Element MakeField(Request& request, Field const& field, bool hasFocus) {
+    std::string const name = field.setting.name;
+    Div line;
+    line.SetAttr("class", "field");
+    Element box = MakeBox(name, field.isChecked);
+    if (!field.isKnown) {
+        box.SetEmptyAttr("disabled");
+    }
+    if (hasFocus) {
+        box.SetFocus();
+    }
+    line << MakeLabelled(request, box, field.setting.label);
+    if (field.fault != nullptr) {
+        box.SetAttr("aria-invalid", "true").SetAttr("aria-describedby", name + "_fault");
+        line << (TextTag("span").SetAttr("class", "error").SetAttr("id", name + "_fault")
+                 << Phrase(request, field.fault));
+    }
+    return line;
+}
+
+Element MakeFields(Request& request, std::vector<Field> const& fields) {
+    Fieldset group;
+    group << (Legend() << Phrase(request, "Status page"));
+    bool isFocusTaken = false;
+    for (Field const& field : fields) {
+        bool const hasFocus = field.isKnown && field.fault != nullptr && !isFocusTaken;
+        isFocusTaken = isFocusTaken || hasFocus;
+        group << MakeField(request, field, hasFocus);
+    }
+    return group;
+}
+
+Element MakeForm(Request& request, std::vector<Field> const& fields) {
+    Form form;
+    form.SetAttr("name", SafeName(pageName)).SetAttr("method", "post");
+    form.SetAttr("action", SafeUrl(std::string("/") + pageName)).SetAttr("class", "card");
+    form << QuilloServer::TokenField(request) << MakeFields(request, fields);
+    form << (Div().SetAttr("class", "field")
+             << MakeLabelled(request, MakeBox(lastingField, request.form.count(lastingField) != 0),
+                             "Keep these settings when the device starts anew"));
+    form << (Button().SetAttr("type", "submit") << Phrase(request, "Store"));
+    return form;
+}
+
+Element MakeNote(Request& request, char const* className, char const* phrase) {
+    return P().SetAttr("class", className).SetAttr("role", "status") << Phrase(request, phrase);
+}
+
+void WriteSettings(Request& request, std::ostream& out) {
+    std::vector<Field> fields = StoredFields();
+    Group content;
+    if (request.method == "POST") {
+        bool const isLasting = request.form.count(lastingField) != 0;
+        if (TakeSent(request.form, fields) && Store(fields, isLasting)) {
+            request.redirect = AppendUriArgs(std::string("/") + pageName, "stored=yes");
+            return;
+        }
+        request.status = 400;
+        content << MakeNote(request, "error", "Not all settings were stored.");
+    } else if (request.arguments.count("stored") != 0) {
+        content << MakeNote(request, "done", "The settings were stored.");
+    }
+    content << MakeForm(request, fields);
+    WriteFramed(request, out, pageName, content);
+}
+
+QuilloServer::Page const page(pageName, "Settings", 5, WriteSettings);
+
+}  // namespace
+}  // namespace Pages

@@ -1,0 +1,81 @@
+// The gallery: every widget in every state, and every group of the kit's elements, each beside the
+// source that built it.
+#include <quillo_kit/elements.hpp>
+#include <quillo_kit/safe.hpp>
+
+#include <algorithm>
+
+#include "frame.hpp"
+#include "gallery/example.hpp"
+#include "record_table.hpp"
+
+using namespace Quillo;
+using namespace QuilloKit;
+using QuilloServer::Request;
+using QuilloServer::StaticFile;
+
+namespace Pages {
+namespace {
+
+// What is English and from left to right in every language: the examples' own text, and code.
+Element const& SetEnglish(Element& element) {
+    return element.SetAttr("lang", "en");
+}
+
+Element MakeExample(Example const& example, int& lastId) {
+    Element const built = example.build();
+    NumberIds(built, lastId);
+    Div specimen;
+    specimen.SetAttr("class", "specimen") << built;
+    Pre source(SourceOf(example.function, exampleSources));
+    source.SetAttr("class", "source").SetAttr("dir", "ltr");
+    Div both;
+    both.SetAttr("class", "example");
+    SetEnglish(both) << specimen << source;
+    return both;
+}
+
+Element MakeGroup(Request& request, ExampleGroup const& group, int& lastId) {
+    Tag section("section");
+    section << (H3() << Phrase(request, group.heading));
+    for (Example const& example : group.examples) {
+        section << MakeExample(example, lastId);
+    }
+    return section;
+}
+
+std::vector<std::string> ImagePaths() {
+    std::vector<std::string> paths;
+    for (StaticFile const* file : QuilloServer::StaticFiles()) {
+        if (file->type == "image/gif") {
+            paths.push_back(file->path);
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+Element MakeImages(Request& request) {
+    RecordList list(request, {"Image", "Path"});
+    for (std::string const& path : ImagePaths()) {
+        list.Add({Img().Src(SafeUrl(path)).SetAttr("class", "swatch"), Isolated(path)});
+    }
+    return list.Section("Images");
+}
+
+void WriteWidgets(Request& request, std::ostream& out) {
+    Group content;
+    content << (P() << Phrase(request, "Each example stands beside its own source."));
+    int lastId = 0;
+    for (ExampleGroup const& group : {NavBarExamples(), TabSetExamples(), TitleAndTableExamples(),
+                                      TextExamples(), FormExamples()}) {
+        content << MakeGroup(request, group, lastId);
+    }
+    content << MakeImages(request);
+    WriteFramed(request, out, "widgets", content);
+}
+
+QuilloServer::Page const widgets("widgets", "Widgets", 8, WriteWidgets);
+
+}  // namespace
+}  // namespace Pages
