@@ -45,7 +45,7 @@ std::string AskedLanguage(Request const& request) {
 Element MakeChoice(Language const& language, std::string const& current) {
     A link;
     link.SetAttr("href", SafeUrl(AppendUriArgs("/language", ArgumentFor(language))));
-    link.SetAttr("hreflang", language.code).SetAttr("lang", language.code).SetAttr("dir", "auto");
+    link.SetAttr("hreflang", language.code).SetAttr("lang", language.code);
     if (current == language.code) {
         link.SetAttr("aria-current", "true");
     }

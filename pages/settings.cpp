@@ -112,8 +112,11 @@ Element MakeField(Request& request, Field const& field, bool hasFocus) {
     }
     line << MakeLabelled(request, box, field.setting.label);
     if (field.fault != nullptr) {
-        box.SetAttr("aria-invalid", "true").SetAttr("aria-describedby", name + "_fault");
-        line << (TextTag("span").SetAttr("class", "error").SetAttr("id", name + "_fault")
+        box.SetAttr("aria-invalid", field.isKnown ? "true" : "false");
+        box.SetAttr("aria-describedby", name + "_fault");
+        line << (TextTag("span")
+                     .SetAttr("class", field.isKnown ? "error" : "beside")
+                     .SetAttr("id", name + "_fault")
                  << Phrase(request, field.fault));
     }
     return line;

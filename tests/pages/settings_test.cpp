@@ -125,6 +125,7 @@ TEST_F(SettingsTest, ASettingThatTheStoreDoesNotKnowIsShownSoAndLeftAlone) {
     Platform().settings.erase("show_memory");
     std::string const page = Written("settings");
     EXPECT_TRUE(Holds(Box(page, "show_memory"), " disabled=\"\""));
+    EXPECT_TRUE(Holds(Box(page, "show_memory"), " aria-invalid=\"false\""));
     EXPECT_FALSE(Holds(Box(page, "show_storage"), " disabled"));
     EXPECT_EQ(Count(page, "The device does not know this setting."), 1U);
     EXPECT_FALSE(Holds(page, ".focus();"));
