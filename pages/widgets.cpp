@@ -17,21 +17,19 @@ using QuilloServer::StaticFile;
 namespace Pages {
 namespace {
 
-// What is English and from left to right in every language: the examples' own text, and code.
-Element const& SetEnglish(Element& element) {
-    return element.SetAttr("lang", "en");
-}
-
-Element MakeExample(Example const& example, int& lastId) {
+// The examples' own text is English, in every language of the page.
+Element MakeExample(Example const& example, bool hasPageDirection, int& lastId) {
     Element const built = example.build();
     NumberIds(built, lastId);
     Div specimen;
     specimen.SetAttr("class", "specimen") << built;
+    if (!hasPageDirection) {
+        specimen.SetAttr("dir", "ltr");
+    }
     Pre source(SourceOf(example.function, exampleSources));
     source.SetAttr("class", "source").SetAttr("dir", "ltr");
     Div both;
-    both.SetAttr("class", "example");
-    SetEnglish(both) << specimen << source;
+    both.SetAttr("class", "example").SetAttr("lang", "en") << specimen << source;
     return both;
 }
 
@@ -39,7 +37,7 @@ Element MakeGroup(Request& request, ExampleGroup const& group, int& lastId) {
     Tag section("section");
     section << (H3() << Phrase(request, group.heading));
     for (Example const& example : group.examples) {
-        section << MakeExample(example, lastId);
+        section << MakeExample(example, group.hasPageDirection, lastId);
     }
     return section;
 }

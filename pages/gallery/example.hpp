@@ -19,7 +19,8 @@ struct Example {
     }
 
 struct ExampleGroup {
-    std::string heading;  // a phrase
+    std::string heading;    // a phrase
+    bool hasPageDirection;  // it is mirrored in Arabic; otherwise it runs as its English text does
     std::vector<Example> examples;
 };
 

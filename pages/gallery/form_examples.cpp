@@ -51,7 +51,8 @@ Element Amounts() {
 }  // namespace
 
 ExampleGroup FormExamples() {
-    return {"Forms", {QUILLO_EXAMPLE(Fields), QUILLO_EXAMPLE(Choices), QUILLO_EXAMPLE(Amounts)}};
+    return {
+        "Forms", false, {QUILLO_EXAMPLE(Fields), QUILLO_EXAMPLE(Choices), QUILLO_EXAMPLE(Amounts)}};
 }
 
 }  // namespace Pages

@@ -53,6 +53,7 @@ Element BothFirst() {
 
 ExampleGroup NavBarExamples() {
     return {"Navigation bars",
+            true,
             {QUILLO_EXAMPLE(BarsOfOneItem), QUILLO_EXAMPLE(LinkFirst), QUILLO_EXAMPLE(HereFirst),
              QUILLO_EXAMPLE(ClosedFirst), QUILLO_EXAMPLE(BothFirst)}};
 }

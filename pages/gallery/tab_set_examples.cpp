@@ -10,14 +10,14 @@ namespace Pages {
 namespace {
 
 Element OneTab() {
-    return MakeTabs({{"One", "/status", true, false}}, P("The only one."));
+    return MakeTabs({{"One", "/status", true, false}}, P("The only one"));
 }
 
 Element TwoTabs() {
     return Group() << MakeTabs({{"One", "/status", true, false}, {"Two", "/network", false, false}},
-                               P("The first is current."))
+                               P("The first is current"))
                    << MakeTabs({{"One", "/status", false, false}, {"Two", "/network", true, false}},
-                               P("The second is current."));
+                               P("The second is current"));
 }
 
 Element ThreeTabs() {
@@ -36,6 +36,7 @@ Element ThreeTabs() {
 
 ExampleGroup TabSetExamples() {
     return {"Tab sets",
+            true,
             {QUILLO_EXAMPLE(OneTab), QUILLO_EXAMPLE(TwoTabs), QUILLO_EXAMPLE(ThreeTabs)}};
 }
 

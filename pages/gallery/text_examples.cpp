@@ -47,6 +47,7 @@ Element LinesAndSpaces() {
 
 ExampleGroup TextExamples() {
     return {"Text",
+            false,
             {QUILLO_EXAMPLE(Parts), QUILLO_EXAMPLE(Lists), QUILLO_EXAMPLE(Phrases),
              QUILLO_EXAMPLE(WhiteSpace), QUILLO_EXAMPLE(ToOpen), QUILLO_EXAMPLE(LinesAndSpaces)}};
 }

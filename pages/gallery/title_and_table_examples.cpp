@@ -36,6 +36,7 @@ Element TableOfSections() {
 ExampleGroup TitleAndTableExamples() {
     return {
         "Titles and tables",
+        false,
         {QUILLO_EXAMPLE(PageTitle), QUILLO_EXAMPLE(PlainTable), QUILLO_EXAMPLE(TableOfSections)}};
 }
 
