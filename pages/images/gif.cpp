@@ -168,12 +168,17 @@ Picture::Picture(int pictureWidth, int pictureHeight)
       pixels_(static_cast<std::size_t>(pictureWidth) * static_cast<std::size_t>(pictureHeight),
               transparent) {}
 
+std::size_t Picture::Index(int x, int y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+           static_cast<std::size_t>(x);
+}
+
 Paint& Picture::At(int x, int y) {
-    return pixels_.at(static_cast<std::size_t>(y * width + x));
+    return pixels_.at(Index(x, y));
 }
 
 Paint Picture::At(int x, int y) const {
-    return pixels_.at(static_cast<std::size_t>(y * width + x));
+    return pixels_.at(Index(x, y));
 }
 
 std::string Gif(Picture const& picture, std::vector<Colour> const& colours) {

@@ -2,6 +2,7 @@
 #ifndef QUILLO_PAGES_IMAGES_GIF_HPP
 #define QUILLO_PAGES_IMAGES_GIF_HPP
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,6 +29,8 @@ public:
     int const height;
 
 private:
+    std::size_t Index(int x, int y) const;
+
     std::vector<Paint> pixels_;  // the rows from the top down
 };
 
