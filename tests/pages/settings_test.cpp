@@ -94,6 +94,7 @@ TEST_F(SettingsTest, NothingIsStoredWhenAFieldIsWrongAndTheFirstWrongOneGetsTheF
     EXPECT_EQ(request.redirect, "");
     EXPECT_TRUE(Holds(page, "document.settings.show_interfaces.focus();"));
     EXPECT_EQ(Count(page, ".focus();"), 1U);
+    EXPECT_EQ(Platform().Trace().find("src/elements/"), std::string::npos) << "bad focus reported";
     EXPECT_FALSE(Holds(Box(page, "show_memory"), "aria-invalid"));
     EXPECT_TRUE(Holds(Box(page, "show_memory"), " checked"));
     EXPECT_TRUE(Holds(Box(page, "show_interfaces"), " aria-invalid=\"true\""));

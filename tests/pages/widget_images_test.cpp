@@ -6,6 +6,7 @@
 #include <page.hpp>
 #include <set>
 
+#include "gif_reader.hpp"
 #include "support/page_test.hpp"
 
 using namespace Quillo;
@@ -110,6 +111,51 @@ TEST_F(WidgetImagesTest, NoTwoImagesAreAlike) {
         ++count;
     }
     EXPECT_EQ(pictures.size(), count);
+}
+
+// A column of an image from the top down: a paint each, '.' for a transparent one.
+std::string Column(std::string const& name, bool isLast) {
+    ReadPicture const read = ReadGif(std::string(
+        Find((name[0] == 'T' ? "/images/tab_set/" : "/images/widgets/nav_bar/") + name + ".gif")
+            ->bytes));
+    std::string column;
+    for (unsigned y = 0; y < read.height; ++y) {
+        char const paint = read.pixels.at(y * read.width + (isLast ? read.width - 1 : 0));
+        column += std::string(".fn").at(static_cast<std::size_t>(paint));
+    }
+    return column;
+}
+
+// What the style sheet paints beside the images: a tab that is off is three pixels lower.
+TEST_F(WidgetImagesTest, AnImageContinuesTheItemAtEachOfItsSides) {
+    std::string const offItem(20, 'f');
+    std::string const onItem(20, 'n');
+    std::string const offTab = "..." + std::string(21, 'f');
+    std::string const onTab(24, 'n');
+    EXPECT_EQ(Column("left_off", true), offItem);
+    EXPECT_EQ(Column("left_on", true), onItem);
+    EXPECT_EQ(Column("right_off", false), offItem);
+    EXPECT_EQ(Column("right_on", false), onItem);
+    EXPECT_EQ(Column("Tab_LToff", true), offTab);
+    EXPECT_EQ(Column("Tab_LTon", true), onTab);
+    EXPECT_EQ(Column("Tab_RToff", false), offTab);
+    EXPECT_EQ(Column("Tab_RTon", false), onTab);
+    for (bool const isLeftOn : {false, true}) {
+        for (bool const isRightOn : {false, true}) {
+            std::string const joint = std::string("Tab_LT") + (isLeftOn ? "on" : "off") + "RT" +
+                                      (isRightOn ? "on" : "off");
+            EXPECT_EQ(Column(joint, false), isLeftOn ? onTab : offTab) << joint;
+            EXPECT_EQ(Column(joint, true), isRightOn ? onTab : offTab) << joint;
+        }
+    }
+}
+
+TEST_F(WidgetImagesTest, TheOuterCornersAreTransparent) {
+    EXPECT_EQ(Column("left_on", false), ".......nnnnnn.......");
+    EXPECT_EQ(Column("right_off", true), ".....ffffffffff.....");
+    EXPECT_EQ(Column("Tab_LTon", false), "..." + std::string(21, 'n'));
+    EXPECT_EQ(Column("Tab_RToff", true), "......" + std::string(18, 'f'));
+    EXPECT_EQ(Column("Tab_TopBG_R", false), std::string(24, '.'));
 }
 
 }  // namespace
