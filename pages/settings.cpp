@@ -16,18 +16,25 @@ char const pageName[] = "settings";
 char const lastingField[] = "lasting";
 char const checkedValue[] = "on";
 
-struct Setting {
-    char const* name;   // in the store, and of the field
+using QuilloServer::Setting;
+
+Setting const showMemory("show_memory", "TRUE");
+Setting const showInterfaces("show_interfaces", "TRUE");
+Setting const showStorage("show_storage", "TRUE");
+
+struct Switch {
+    Setting const& setting;
     char const* label;  // a phrase
 };
 
-Setting const settings[] = {{"show_memory", "Show the memory on the status page"},
-                            {"show_interfaces", "Show the network interfaces on the status page"},
-                            {"show_storage", "Show the file systems on the status page"}};
+Switch const switches[] = {{showMemory, "Show the memory on the status page"},
+                           {showInterfaces, "Show the network interfaces on the status page"},
+                           {showStorage, "Show the file systems on the status page"}};
 
 // A setting as the page shows it.
 struct Field {
-    Setting setting;
+    std::string name;   // of the setting and of the field
+    char const* label;  // a phrase
     bool isKnown;       // to the store
     bool isChecked;     // what is stored, or what was sent
     char const* fault;  // a phrase; null when there is nothing wrong with it
@@ -35,9 +42,9 @@ struct Field {
 
 std::vector<Field> StoredFields() {
     std::vector<Field> fields;
-    for (Setting const& setting : settings) {
-        Field field = {setting, false, false, nullptr};
-        field.isKnown = GetConfig(setting.name, field.isChecked) == 0;
+    for (Switch const& one : switches) {
+        Field field = {one.setting.name, one.label, false, false, nullptr};
+        field.isKnown = GetConfig(field.name.c_str(), field.isChecked) == 0;
         if (!field.isKnown) {
             field.fault = "The device does not know this setting.";
         }
@@ -61,7 +68,7 @@ bool TakeSent(UriArgs const& form, std::vector<Field>& fields) {
     bool isGood = true;
     for (Field& field : fields) {
         if (field.isKnown) {
-            field.isChecked = IsChecked(form, field.setting.name, field.fault);
+            field.isChecked = IsChecked(form, field.name, field.fault);
             isGood = isGood && field.fault == nullptr;
         }
     }
@@ -75,8 +82,8 @@ bool Store(std::vector<Field>& fields, bool isLasting) {
         if (!field.isKnown) {
             continue;
         }
-        int const status = isLasting ? PutPersistentConfig(field.setting.name, field.isChecked)
-                                     : PutConfig(field.setting.name, field.isChecked);
+        int const status = isLasting ? PutPersistentConfig(field.name, field.isChecked)
+                                     : PutConfig(field.name.c_str(), field.isChecked);
         if (status != 0) {
             field.fault = "This setting could not be stored. The device log says why.";
             isGood = false;
@@ -100,7 +107,7 @@ Element MakeLabelled(Request& request, Element const& box, char const* label) {
 }
 
 Element MakeField(Request& request, Field const& field, bool hasFocus) {
-    std::string const name = field.setting.name;
+    std::string const& name = field.name;
     Div line;
     line.SetAttr("class", "field");
     Element box = MakeBox(name, field.isChecked);
@@ -110,7 +117,7 @@ Element MakeField(Request& request, Field const& field, bool hasFocus) {
     if (hasFocus) {
         box.SetFocus();
     }
-    line << MakeLabelled(request, box, field.setting.label);
+    line << MakeLabelled(request, box, field.label);
     if (field.fault != nullptr) {
         box.SetAttr("aria-invalid", field.isKnown ? "true" : "false");
         box.SetAttr("aria-describedby", name + "_fault");

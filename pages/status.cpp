@@ -53,10 +53,25 @@ Element MakeStorage(Request& request) {
                         {"available", "Available", Bytes}});
 }
 
+// A part whose setting cannot be had is shown: the library has reported it.
+bool IsShown(char const* setting) {
+    bool isShown = true;
+    GetConfig(setting, isShown);
+    return isShown;
+}
+
 void WriteStatus(Request& request, std::ostream& out) {
     QuilloKit::Group content;
-    content << MakeHost(request) << MakeMemory(request) << MakeInterfaces(request)
-            << MakeStorage(request);
+    content << MakeHost(request);
+    if (IsShown("show_memory")) {
+        content << MakeMemory(request);
+    }
+    if (IsShown("show_interfaces")) {
+        content << MakeInterfaces(request);
+    }
+    if (IsShown("show_storage")) {
+        content << MakeStorage(request);
+    }
     WriteFramed(request, out, "status", content);
 }
 

@@ -62,6 +62,19 @@ std::vector<StaticFile const*> const& StaticFiles() {
     return Registry<StaticFile>();
 }
 
+Setting::Setting(std::string const& settingName, std::string const& value)
+    : name(settingName), defaultValue(value) {
+    Registry<Setting>().push_back(this);
+}
+
+Setting::~Setting() {
+    Forget(this);
+}
+
+std::vector<Setting const*> const& Settings() {
+    return Registry<Setting>();
+}
+
 Quillo::Element TokenField(Request const& request) {
     Quillo::Element field(
         boost::shared_ptr<Quillo::ElementImpl>(new Quillo::ElementImpl("input", true)));

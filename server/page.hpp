@@ -75,6 +75,22 @@ public:
 // Every static file there is.
 std::vector<StaticFile const*> const& StaticFiles();
 
+// A setting of the configuration store that pages use. Made like a page; the programs declare every
+// one to the platform before the first request.
+class Setting {
+public:
+    Setting(std::string const& name, std::string const& defaultValue);
+    Setting(Setting const&) = delete;
+    Setting& operator=(Setting const&) = delete;
+    ~Setting();
+
+    std::string const name;
+    std::string const defaultValue;
+};
+
+// Every setting there is.
+std::vector<Setting const*> const& Settings();
+
 // The hidden field that lets a form through which the server itself has shown to this reader: a
 // POST without it is refused before the page sees it.
 Quillo::Element TokenField(Request const& request);

@@ -107,6 +107,9 @@ int Run(int argc, char** argv) {
     }
     QuilloHost::SetLogThreshold(options.isVerbose ? QuilloHost::LogLevel::Info
                                                   : QuilloHost::LogLevel::Warning);
+    for (QuilloServer::Setting const* setting : QuilloServer::Settings()) {
+        QuilloHost::DeclareSetting(setting->name, setting->defaultValue);
+    }
     QuilloServer::Page const* const page = QuilloServer::FindPage(options.page);
     if (page == nullptr) {
         std::cerr << "quillo-render: there is no page '" << options.page << "'\n" << command.help();

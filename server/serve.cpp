@@ -11,6 +11,7 @@
 #include "listener.hpp"
 #include "log_file.hpp"
 #include "options.hpp"
+#include "page.hpp"
 #include "state_folder.hpp"
 #include "supervisor.hpp"
 
@@ -42,6 +43,9 @@ void SetUpPlatform(Options const& options) {
     QuilloHost::SetLogThreshold(Level(options.logLevel));
     QuilloHost::SetStateFolder(options.stateFolder);
     PrepareStateFolder(options.stateFolder);
+    for (Setting const* setting : Settings()) {
+        QuilloHost::DeclareSetting(setting->name, setting->defaultValue);
+    }
     if (!options.logFile.empty()) {
         OpenLog(options.logFile);
     }

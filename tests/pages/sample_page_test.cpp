@@ -11,7 +11,7 @@ using QuilloServer::Request;
 SamplePageTest::SamplePageTest() : app() {
     app.out = std::tmpfile();
     Speak("en-us");
-    Platform().settings = {{"show_memory", 1}, {"show_interfaces", 0}, {"show_storage", 1}};
+    Platform().settings = {{"show_memory", 1}, {"show_interfaces", 1}, {"show_storage", 1}};
     Platform().objects["host"] = {
         {"hostname", "kernel", "architecture", "uptime", "load1", "load5", "load15", "processes"},
         {{"<gate>", "6.1", "ppc", "93784", "0.10", "0.20", "0.30", "42"}}};

@@ -8,6 +8,8 @@ namespace {
 
 class SettingsTest : public SamplePageTest {
 protected:
+    SettingsTest() { Platform().settings["show_interfaces"] = 0; }
+
     Request Posted(UriArgs const& form) {
         Request request = Asked();
         request.method = "POST";
@@ -134,6 +136,33 @@ TEST_F(SettingsTest, ASettingThatTheStoreDoesNotKnowIsShownSoAndLeftAlone) {
     Written("settings", request);
     EXPECT_EQ(request.redirect, "/settings?stored=yes");
     EXPECT_FALSE(Holds(Stored(), "show_memory"));
+}
+
+TEST_F(SettingsTest, EverySettingOfThePageIsDeclaredAndHoldsUntilOneIsStored) {
+    std::vector<std::string> declared;
+    for (QuilloServer::Setting const* setting : QuilloServer::Settings()) {
+        declared.push_back(setting->name + "=" + setting->defaultValue);
+    }
+    EXPECT_EQ(declared, (std::vector<std::string>{"show_memory=TRUE", "show_interfaces=TRUE",
+                                                  "show_storage=TRUE"}));
+}
+
+TEST_F(SettingsTest, TheStatusPageShowsThePartsThatAreOnOrNotKnown) {
+    struct Row {
+        char const* setting;
+        char const* heading;
+    };
+    for (Row const& row :
+         {Row{"show_memory", "Memory"}, Row{"show_interfaces", "Network interfaces"},
+          Row{"show_storage", "Storage"}}) {
+        std::string const heading = std::string("<h3>") + row.heading + "</h3>";
+        Platform().settings[row.setting] = 0;
+        EXPECT_FALSE(Holds(Written("status"), heading)) << row.setting;
+        Platform().settings[row.setting] = 1;
+        EXPECT_TRUE(Holds(Written("status"), heading)) << row.setting;
+        Platform().settings.erase(row.setting);
+        EXPECT_TRUE(Holds(Written("status"), heading)) << row.setting;
+    }
 }
 
 }  // namespace

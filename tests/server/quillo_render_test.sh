@@ -9,6 +9,7 @@ render=$1 tidy=$2
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 failures=0
+export QUILLO_STATE_DIR=$folder/state
 
 fail() {
     printf 'FAILED: %s\n' "$*"
@@ -54,7 +55,7 @@ run 0 --version
 holds out "quillo-render "
 
 # Pages are valid in every language, and silent.
-for page in status network processes storage language about widgets; do
+for page in status network processes storage settings language about widgets; do
     for language in en de ar; do
         run 0 "$page" --language "$language"
         is_empty err
