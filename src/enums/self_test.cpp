@@ -11,7 +11,9 @@ namespace {
 
 int ValueAt(void const* values, int i) {
     int value;
-    std::memcpy(&value, static_cast<char const*>(values) + i * sizeof value, sizeof value);
+    std::memcpy(&value,
+                static_cast<char const*>(values) + static_cast<std::size_t>(i) * sizeof value,
+                sizeof value);
     return value;
 }
 
