@@ -2,6 +2,8 @@
 // and a name of the form de-de, is a language of the service.
 #include "host/catalogs.hpp"
 
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <boost/locale.hpp>
 #include <cstdlib>
@@ -34,12 +36,21 @@ struct Catalogs {
 std::optional<std::string> chosenFolder;
 std::optional<Catalogs> loadedCatalogs;
 
+// Found by the library's own place, so that the installation may be moved as a whole.
+std::string DefaultFolder() {
+    Dl_info self{};
+    bool const isFound = dladdr(&loadedCatalogs, &self) != 0;
+    std::error_code error;
+    fs::path const library = fs::canonical(isFound ? self.dli_fname : "", error);
+    return (library.parent_path() / QUILLO_CATALOGS_FROM_LIBRARY).lexically_normal().string();
+}
+
 std::string Folder() {
     if (chosenFolder) {
         return *chosenFolder;
     }
     char const* const named = std::getenv("QUILLO_CATALOG_DIR");
-    return named != nullptr ? named : QUILLO_CATALOG_DIR;
+    return named != nullptr ? named : DefaultFolder();
 }
 
 std::string FileIn(std::string const& folder, std::string const& name) {
