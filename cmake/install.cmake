@@ -1,4 +1,4 @@
-# What `cmake --install` puts where, and what others find it by: find_package(Quillo) and pkg-config.
+# What `cmake --install` puts where, and what others find it by: find_package(Quillo), pkg-config.
 # A component of the installation is a Debian package (cmake/package.cmake).
 include(CMakePackageConfigHelpers)
 
