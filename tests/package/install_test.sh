@@ -84,8 +84,9 @@ with_pkg_config() {  # COMPILER STANDARD
                 ;;
             host)
                 compile "$stranger/quiet_host.cpp" quiet_host.o quillo-host
+                # Without what names the host, which is dropped where it is not told to stay.
                 read -ra libs <<<"$(pkg-config --libs quillo-host quillo-kit)"
-                link host_first quiet_host.o "${libs[@]}"
+                link host_first "${libs[@]}"
                 read -ra libs <<<"$(pkg-config --libs quillo-kit quillo-host)"
                 link library_first quiet_host.o "${libs[@]}"
                 ;;
