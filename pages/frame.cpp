@@ -16,14 +16,18 @@ bool IsRightToLeft() {
     return g_language != nullptr && std::string(g_language) == "ar";
 }
 
-Element MakeHead(std::string const& title) {
+Element MakeHead(bool standsAlone, std::string const& title) {
     Head head;
     head << Meta().SetAttr("charset", "utf-8");
     head << Meta()
                 .SetAttr("name", "viewport")
                 .SetAttr("content", "width=device-width, initial-scale=1");
     head << Title(title);
-    head << Link().SetAttr("rel", "stylesheet").SetAttr("href", styleSheetPath);
+    if (standsAlone) {
+        head << Style(styleSheet);
+    } else {
+        head << Link().SetAttr("rel", "stylesheet").SetAttr("href", styleSheetPath);
+    }
     return head;
 }
 
@@ -66,7 +70,7 @@ void WriteFramed(QuilloServer::Request& request, std::ostream& out, std::string 
     Html html;
     html.SetAttr("lang", SafeAttr(Cstr(g_language)));
     html.SetAttr("dir", IsRightToLeft() ? "rtl" : "ltr");
-    html << MakeHead(Translated(request, shown.title));
+    html << MakeHead(request.standsAlone, Translated(request, shown.title));
     html << MakeBody(request, shown, content);
     MakeAccessible(html, Translated(request, "Pages"));
     Renderer r(out);

@@ -8,8 +8,6 @@
 
 namespace Pages {
 
-extern char const styleSheet[];  // the text of static/style.css
-
 char const styleSheetPath[] = "/style.css";
 
 namespace {

@@ -5,6 +5,7 @@
 namespace Pages {
 
 extern char const styleSheetPath[];
+extern char const styleSheet[];  // its text, which is static/style.css
 
 }  // namespace Pages
 

@@ -26,6 +26,8 @@ struct Request {
     Quillo::UriArgs cookies = {};
     std::string token = {};  // what every form that is sent by POST carries: see TokenField
 
+    bool standsAlone = false;  // kept as a file, out of the reach of others: holds its style sheet
+
     int status = 200;           // of the answer
     std::string redirect = {};  // a path to go to, as after a POST: the page's text is not sent
     Quillo::UriArgs newCookies = {};  // kept for a year; an empty value ends a cookie

@@ -38,6 +38,7 @@ ZOV_AppData MakeRecord(Options const& options) {
 std::string WriteToMemory(QuilloServer::Page const& page, Options const& options) {
     ZOV_AppData app = MakeRecord(options);
     QuilloServer::Request request = {app, Quillo::GetUriArgs(app, Quillo::UriArgs())};
+    request.standsAlone = true;
     std::ostringstream out;
     page.write(request, out);
     return out.str();

@@ -5,7 +5,7 @@
 //     Status &amp; more</h2>       text has no line end of its own
 //     <span>one<br >line</span>    a one-line element, all below it included
 //     <img src="/a.gif" >          a leaf has no closing tag
-//     <p></p>                      neither has an element without children a second line
+//     <p></p>                      an element without children stands on one line
 //     </div>
 //
 // Every element but text is followed by a line end, unless a one-line element is open around it.

@@ -17,20 +17,21 @@ TagWriter::TagWriter(Renderer& renderer)
     : r(renderer), room(IsPlain(*renderer.out) ? sizeof buffer : 0), size(0) {}
 
 void TagWriter::AddToFull(std::string_view piece) {
-    if (room != 0) {
-        WriteCollected();
+    if (size != 0) {
+        End();
     }
     if (piece.size() < room) {
         *this << piece;
     } else {
         WriteBytes(r, piece.data(), piece.size());
-        room = r.out->good() ? room : 0;
     }
 }
 
+// A stream that takes too little refuses what comes behind it, as it would have refused the pieces.
 void TagWriter::End() {
     if (room != 0) {
-        WriteCollected();
+        WriteBytes(r, buffer, size);
+        size = 0;
     }
 }
 
@@ -42,17 +43,6 @@ void TagWriter::EndLine() {
         r.atLineStart = true;
     } else {
         Quillo::EndLine(r);
-    }
-}
-
-// A stream that does not take them all is bad, and has failed as well: the pieces behind the one
-// that was too much would have been refused.
-void TagWriter::WriteCollected() {
-    WriteBytes(r, buffer, size);
-    size = 0;
-    if (!r.out->good()) {
-        r.out->setstate(std::ios_base::failbit);
-        room = 0;
     }
 }
 

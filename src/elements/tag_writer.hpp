@@ -40,7 +40,6 @@ public:
 
 private:
     void AddToFull(std::string_view piece);
-    void WriteCollected();
 
     Renderer& r;
     std::size_t room;  // of the buffer; 0: pieces are written by themselves

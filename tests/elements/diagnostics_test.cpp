@@ -96,9 +96,8 @@ TEST_F(DiagnosticsTest, ATraceHasNoLimit) {
 TEST_F(DiagnosticsTest, NumbersInATraceAreDecimal) {
     TraceDiagnostic(0, " ", INT_MIN, " ", INT_MAX, " ", LONG_MIN, " ", ULONG_MAX, " ",
                     std::uintptr_t(4096), " ", -1L, " ", 7U);
-    EXPECT_EQ(DebugMessages(),
-              (Texts{"0 -2147483648 2147483647 " + std::to_string(LONG_MIN) + " " +
-                     std::to_string(ULONG_MAX) + " 4096 -1 7"}));
+    EXPECT_EQ(DebugMessages(), (Texts{"0 -2147483648 2147483647 " + std::to_string(LONG_MIN) + " " +
+                                      std::to_string(ULONG_MAX) + " 4096 -1 7"}));
 }
 
 TEST_F(DiagnosticsTest, ANullTextInATraceIsEmpty) {

@@ -46,6 +46,15 @@ TEST_F(SamplePageTest, APageLinksTheStyleSheetThatIsServed) {
               std::string::npos);
 }
 
+TEST_F(SamplePageTest, APageThatStandsAloneHoldsTheStyleSheet) {
+    QuilloServer::Request request = {app, {}};
+    request.standsAlone = true;
+    std::string const page = Written("status", request);
+    EXPECT_EQ(page.find("<link"), std::string::npos);
+    EXPECT_NE(page.find("<style>\n"), std::string::npos);
+    EXPECT_NE(page.find("prefers-color-scheme"), std::string::npos);
+}
+
 TEST_F(SamplePageTest, ThereIsNoPageOfAnotherName) {
     EXPECT_EQ(QuilloServer::FindPage("Status"), nullptr);
     EXPECT_EQ(QuilloServer::FindPage(""), nullptr);

@@ -68,7 +68,7 @@ done
 # Joint images by the language: Arabic exchanges on and off.
 while read -r language images; do
     run 0 network -l "$language" -a view=traffic
-    found=$(grep -oE 'Tab_[LR]T[A-Za-z]+' "$folder/out" | tr '\n' ' ')
+    found=$(sed '/<style>/,/<.style>/d' "$folder/out" | grep -oE 'Tab_[LR]T[A-Za-z]+' | tr '\n' ' ')
     [[ $found == "$images " ]] || fail "tabs in $language: $found"
 done <<'END'
 en Tab_LToff Tab_LToffRTon Tab_LTonRToff Tab_RToff
