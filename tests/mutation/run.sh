@@ -45,7 +45,7 @@ programs() {  # FOLDER
 # A mutant may leave something unused: warnings are no errors. Debug information is left out, for
 # nobody looks at it.
 prepare() {
-    update_copy && configure && build_tests "${folders[@]}"
+    update_copy && configure && build_tests
 }
 
 # Replaces what differs, and nothing else: the files of an earlier run are built already, and what
@@ -65,12 +65,16 @@ configure() {
             "-DQUILLO_TEST_DATA=$root/../shared/data")
 }
 
-build_tests() {  # FOLDER...
+build_targets() {  # TARGET...
+    cmake --build "$build" -j2 --target "$@"
+}
+
+build_tests() {
     local folder targets=()
-    for folder; do
+    for folder in "${folders[@]}"; do
         mapfile -t -O "${#targets[@]}" targets < <(programs "$folder")
     done
-    cmake --build "$build" -j2 --target "${targets[@]}"
+    build_targets "${targets[@]}"
 }
 
 # Runs a test program up to the first test that fails. False: one did, and `failed` is its name.
@@ -79,17 +83,20 @@ passes() {  # PROGRAM [ARGUMENT...]
     LOCPATH=$build/tests/text/locales timeout "$seconds" "$build/bin/$1" --gtest_fail_fast "${@:2}" \
         </dev/null >"$log" 2>&1 || status=$?
     ((status == 0)) && return
-    failed=$(sed -nE 's/^\[ +RUN +\] ([^ ]+).*/\1/p' "$log" | tail -n 1)
+    failed=$(sed -nE '/^\[  FAILED  \] /{s/^[^]]*\] ([^ ,]+).*/\1/p;q}' "$log")
+    [[ -n $failed ]] || failed=$(sed -nE 's/^\[ RUN      \] ([^ ]+)/\1/p' "$log" | tail -n 1)
     failed=${failed:-$1, before its first test}
     ((status == 124)) && failed+=" (no end in $seconds s)"
     ((status > 128)) && failed+=" (signal $((status - 128)))"
     return 1
 }
 
-# A library looks for the marker file once in a process: there each test gets its own.
+# Links a program only when those before it have passed. A library looks for the marker file once in
+# a process: there each test gets its own.
 folder_passes() {  # FOLDER
     local program test
     for program in $(programs "$1"); do
+        build_targets "$program" >"$log" 2>&1
         if [[ $program == marker_file_test ]]; then
             for test in $("$build/bin/$program" --gtest_list_tests |
                 sed -nE 's/^([^ ]+\.)$/\1/; /^[^ ]+\.$/h; /^  /{G;s/^  ([^ ]+).*\n(.*)/\2\1/p}'); do
@@ -105,7 +112,6 @@ folder_passes() {  # FOLDER
 is_killed() {  # FOLDER
     local folder
     folder_passes "$1" || return 0
-    build_tests "${folders[@]}" >"$log" 2>&1 || return 0
     for folder in "${folders[@]}"; do
         [[ $folder == "$1" ]] || folder_passes "$folder" || return 0
     done
@@ -160,7 +166,7 @@ try_mutant() {
         return
     fi
     cp "$work/mutant" "$sources/$file"
-    if build_tests "$folder" >"$log" 2>&1; then
+    if build_targets quillo_objects >"$log" 2>&1; then
         judge "$folder"
     else
         list_error "does not compile"
