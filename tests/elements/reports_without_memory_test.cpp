@@ -50,6 +50,19 @@ TEST_F(ReportsWithoutMemoryTest, AReportIsLoggedAndAddsBothOfItsElementsOrNone) 
         });
 }
 
+TEST_F(ReportsWithoutMemoryTest, AReportAddsBothOrNoneWhereThereIsRoomForOneAlone) {
+    ForEveryAllocation(
+        [] {
+            {
+                FailingMemory::Pause const setUp;
+                debugMsgs.impl->children.reserve(3);
+                debugMsgs << Br() << Br();
+            }
+            ReportDiagnostic(logSpecError, "m");
+        },
+        [](bool hasFailed) { EXPECT_EQ(debugMsgs.impl->children.size(), hasFailed ? 2U : 4U); });
+}
+
 TEST_F(ReportsWithoutMemoryTest, ATraceIsLoggedWhateverBecomesOfItsLine) {
     std::string const value(300, 'v');
     ForEveryAllocation(

@@ -183,6 +183,11 @@ TEST(PcntDecode, NeverReadsPastTheEndOfTheText) {
     }
 }
 
+TEST(PcntDecode, ABoundBehindTheNulBoundsNothing) {
+    GuardedText const guarded("a%41");
+    EXPECT_EQ(PcntDecode(guarded.c_str(), guarded.c_str() + 100), "aA");
+}
+
 TEST(PcntDecode, EveryShortTextDecodesByTheRulesUpToEveryBound) {
     for (std::string const& text : AllTexts("%u04eG", 5)) {
         GuardedText const guarded(text);
