@@ -34,10 +34,10 @@ TEST_F(TeardownTest, ElementsDieDepthFirstAParentBeforeItsChildrenAndChildrenInO
         Element const root = MakeMortal("a", deaths);
         Element const b = MakeMortal("b", deaths);
         root << b << MakeMortal("e", deaths)
-             << (MakeMortal("f", deaths) << MakeMortal("g", deaths));
+             << (MakeMortal("f", deaths) << MakeMortal("g", deaths) << MakeMortal("h", deaths));
         b << (MakeMortal("c", deaths) << MakeMortal("d", deaths));
     }
-    EXPECT_EQ(deaths, "a3 b1 c1 d0 e0 f1 g0 ");
+    EXPECT_EQ(deaths, "a3 b1 c1 d0 e0 f2 g0 h0 ");
 }
 
 TEST_F(TeardownTest, ATreeThatAnElementHoldsDiesBeforeItsChildren) {

@@ -26,6 +26,12 @@ TEST(IsLessUtf8Collate, ComparesBytesAndThenLengths) {
     }
 }
 
+TEST(IsLessUtf8Collate, BytesBehindTheShorterTextDoNotCount) {
+    std::string cut = "xzz";
+    cut.resize(1);
+    EXPECT_FALSE(IsLessUtf8Collate(std::string("x\0a", 3), cut));
+}
+
 TEST(IsLessUtf8Collate, IsTheOrderOfUnsignedBytes) {
     std::vector<std::string> const texts = AllTexts(std::string("\0a\x7F\x80\xFF", 5), 3);
     for (std::string const& a : texts) {
