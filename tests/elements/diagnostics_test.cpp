@@ -3,6 +3,7 @@
 #include <climits>
 #include <cstdint>
 #include <locale>
+#include <set>
 #include <sstream>
 
 #include "support/page_test.hpp"
@@ -55,6 +56,15 @@ TEST_F(DiagnosticsTest, TheCodeIsReadAtTheTimeOfTheReport) {
     ReportDiagnostic(logSpecWarn, "m");
     logSpecWarn = before;
     EXPECT_EQ(Platform().log.at(0).code, 4711);
+}
+
+TEST_F(DiagnosticsTest, LinesAreKeptInPlacesThatDouble) {
+    std::set<std::size_t> capacities;
+    for (int i = 0; i < 1000; ++i) {
+        ReportDiagnostic(logSpecInfo, "m");
+        capacities.insert(debugMsgs.impl->children.capacity());
+    }
+    EXPECT_LT(capacities.size(), 20U) << "or each line would move all those before it";
 }
 
 TEST_F(DiagnosticsTest, ALineHoldsTheFirst199BytesAndTheLogAllOfThem) {

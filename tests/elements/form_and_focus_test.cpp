@@ -136,6 +136,13 @@ TEST_F(FormAndFocusTest, OnlyTheExactTagIsAForm) {
     EXPECT_EQ(Platform().Trace(), "");
 }
 
+TEST_F(FormAndFocusTest, AFormThatIsALeafEndsWithItsTag) {
+    EXPECT_EQ(Html(Div() << Tag("form", true).SetAttr("name", "f") << Input("a")),
+              "<div>\n<form name=\"f\" >\n<input name=\"a\" >\n</div>\n");
+    EXPECT_EQ(DebugMessages(),
+              (Texts{"LOGERROR: Render: Element with focus needs to be inside a form"}));
+}
+
 TEST_F(FormAndFocusTest, TheFirstOfThreeFocusElementsWinsAndEachOtherIsReported) {
     std::string const html =
         Html(Div() << (Form("f") << Input("a") << Input("b")) << (Form("g") << Input("c")));

@@ -80,6 +80,17 @@ TEST_F(ReportsWithoutMemoryTest, ATraceIsLoggedWhateverBecomesOfItsLine) {
         });
 }
 
+TEST_F(ReportsWithoutMemoryTest, ATraceFromAFileOfALongNameIsCutInIt) {
+    for (std::size_t const length : {190U, 195U, 196U, 197U, 300U}) {
+        std::string const name(length, 'f');
+        Platform().log.clear();
+        FailingMemory::Allow(0);
+        Diagnostics::Trace(name.c_str(), 1, {"{", "value"});
+        FailingMemory::AllowAll();
+        EXPECT_EQ(Platform().log.at(0).message, ("At " + name + ":1: {value").substr(0, 199));
+    }
+}
+
 TEST_F(ReportsWithoutMemoryTest, ATreeIsTakenDownWithoutMemory) {
     struct Witness : ElementImpl {
         explicit Witness(int& deaths) : ElementImpl("witness", false), count(deaths) {}
