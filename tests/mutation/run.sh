@@ -82,8 +82,10 @@ build_tests() {
 # Runs a test program up to the first test that fails. False: one did, and `failed` is its name.
 passes() {  # PROGRAM [ARGUMENT...]
     local status=0
-    LOCPATH=$build/tests/text/locales timeout "$seconds" "$build/bin/$1" --gtest_fail_fast "${@:2}" \
-        </dev/null >"$log" 2>&1 || status=$?
+    {  # the shell's own words about a signal are for nobody
+        LOCPATH=$build/tests/text/locales timeout "$seconds" "$build/bin/$1" --gtest_fail_fast \
+            "${@:2}" </dev/null >"$log" 2>&1
+    } 2>/dev/null || status=$?
     ((status == 0)) && return
     failed=$(sed -nE '/^\[  FAILED  \] /{s/^[^]]*\] ([^ ,]+).*/\1/p;q}' "$log")
     [[ -n $failed ]] || failed=$(sed -nE 's/^\[ RUN      \] ([^ ]+)/\1/p' "$log" | tail -n 1)
