@@ -66,6 +66,21 @@ TEST_F(LoaReqTest, BothEndsAreClosedOnExecAndNeitherIsNonBlocking) {
     }
 }
 
+TEST_F(LoaReqTest, TheDescriptor0IsClosedLikeAnyOther) {
+    int const standardInput = dup(0);
+    close(0);
+    {
+        LoaReq request(app);
+        EXPECT_EQ(request.Init(), 0);
+        EXPECT_EQ(fcntl(0, F_GETFD), FD_CLOEXEC) << "the read end is to be descriptor 0";
+    }
+    EXPECT_EQ(fcntl(0, F_GETFD), -1);
+    if (standardInput != -1) {
+        dup2(standardInput, 0);
+        close(standardInput);
+    }
+}
+
 TEST_F(LoaReqTest, TheServiceInitialisesEightClearedWordsAndFindsTheNewStream) {
     std::memset(app.loaState, 0xA5, sizeof app.loaState);
     std::strcpy(app.preferredLang, "de-de");

@@ -59,6 +59,22 @@ TEST_F(SelfTestTest, AWrongFirstValueIsFoundBeforeAWrongLastOne) {
     ValignType_LAST = ValignType_Bottom;
 }
 
+TEST_F(SelfTestTest, AnEndIsWrongOnEitherSideOfItsValue) {
+    int const values[] = {1, 2};
+    struct Row {
+        int first;
+        int last;
+        char const* wrong;
+    };
+    for (Row const& row :
+         {Row{0, 2, "_FIRST"}, Row{2, 2, "_FIRST"}, Row{1, 1, "_LAST"}, Row{1, 3, "_LAST"}}) {
+        Result const result = Tested(
+            [&] { return SelfTest("IconSize", "a\0b\0c\0", values, 2, row.first, row.last); });
+        EXPECT_EQ(result.output, std::string("** IconSize_UnitTest: Quillo:: IconSize") +
+                                     row.wrong + " is wrong\n");
+    }
+}
+
 TEST_F(SelfTestTest, ATextThatGivesNoValueFailsTheConversion) {
     Platform().compare = [](char const* left, char const* right) {
         return std::strcmp(left, "center") == 0 ? 1 : std::strcmp(left, right);
