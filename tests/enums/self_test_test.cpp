@@ -2,8 +2,10 @@
 
 #include <cstring>
 #include <functional>
+#include <iostream>
 
 #include "support/page_test.hpp"
+#include "text/digit_grouping.hpp"
 
 using namespace Quillo;
 
@@ -100,6 +102,19 @@ TEST_F(SelfTestTest, AValueWithoutATextFailsTheConversion) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output,
               "** ObjectType_UnitTest: Failed back-and-forth conversion of \"\" (1)\n");
+}
+
+TEST_F(SelfTestTest, ALocaleThatGroupsDigitsChangesNoNumber) {
+    int const values[] = {1234567, 1234567};
+    DigitGrouping const grouping;
+    std::locale const before = std::cout.imbue(std::locale());
+    Result const order = Tested([&] { return SelfTest("X", "", values, 2, 0, 0); });
+    Result const conversion =
+        Tested([&] { return SelfTest("X", "", values, 1, values[0], values[0]); });
+    std::cout.imbue(before);
+    EXPECT_EQ(order.output, "** X_UnitTest: Quillo:: X 1234567 is out-of-order\n");
+    EXPECT_EQ(conversion.output,
+              "** X_UnitTest: Failed back-and-forth conversion of \"\" (1234567)\n");
 }
 
 TEST_F(SelfTestTest, TheSelfTestOfAllStopsAtTheFirstThatFails) {
