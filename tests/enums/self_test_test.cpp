@@ -3,6 +3,7 @@
 #include <cstring>
 #include <functional>
 #include <iostream>
+#include <sstream>
 
 #include "support/page_test.hpp"
 #include "text/digit_grouping.hpp"
@@ -115,6 +116,26 @@ TEST_F(SelfTestTest, ALocaleThatGroupsDigitsChangesNoNumber) {
     EXPECT_EQ(order.output, "** X_UnitTest: Quillo:: X 1234567 is out-of-order\n");
     EXPECT_EQ(conversion.output,
               "** X_UnitTest: Failed back-and-forth conversion of \"\" (1234567)\n");
+}
+
+// Counts how often it is flushed.
+struct FlushCounter : std::stringbuf {
+    int sync() override {
+        ++flushes;
+        return 0;
+    }
+
+    int flushes = 0;
+};
+
+TEST_F(SelfTestTest, AFailedConversionIsFlushed) {
+    int const value = 1;
+    FlushCounter buffer;
+    std::streambuf* const before = std::cout.rdbuf(&buffer);
+    SelfTest("X", "", &value, 1, 1, 1);
+    std::cout.rdbuf(before);
+    EXPECT_EQ(buffer.str(), "** X_UnitTest: Failed back-and-forth conversion of \"\" (1)\n");
+    EXPECT_EQ(buffer.flushes, 1);
 }
 
 TEST_F(SelfTestTest, TheSelfTestOfAllStopsAtTheFirstThatFails) {
