@@ -139,8 +139,8 @@ TEST_F(HandlesTest, SettersReturnTheHandleTheyWereCalledOn) {
 
 TEST_F(HandlesTest, SetAttrReplacesAValueAndTakesTheNameFromTheEmptyOnes) {
     Div div;
-    div.SetEmptyAttr("a").SetEmptyAttr("b").SetAttr("a", "1");
-    EXPECT_EQ(div.impl->emptyAttrs, Names{"b"});
+    div.SetEmptyAttr("0").SetEmptyAttr("a").SetEmptyAttr("b").SetAttr("a", "1");
+    EXPECT_EQ(div.impl->emptyAttrs, (Names{"0", "b"}));
     div.SetAttr("a", "2").SetAttr("A", "3").SetAttr("", "");
     EXPECT_EQ(div.impl->attrs, (Attrs{{"a", "2"}, {"A", "3"}, {"", ""}}));
 }

@@ -146,6 +146,24 @@ TEST_F(TeardownTest, ACombOfAHundredThousandLevelsDiesOnASmallStack) {
     EXPECT_TRUE(last.expired());
 }
 
+TEST_F(TeardownTest, AChainWhoseElementsHoldTreesDiesOnASmallStack) {
+    struct Holder : ElementImpl {
+        Holder() : ElementImpl("holder", false), held(Div() << Br()) {}
+        Element held;
+    };
+    Element root = Div();
+    Element parent = root;
+    for (int level = 0; level < 10000; ++level) {
+        Element const child(boost::shared_ptr<ElementImpl>(new Holder));
+        parent << child;
+        parent = child;
+    }
+    boost::weak_ptr<ElementImpl> const deepest = parent.impl;
+    parent = Element();
+    RunOnStack(smallStack, [&] { root = Element(); });
+    EXPECT_TRUE(deepest.expired());
+}
+
 TEST_F(TeardownTest, HandlesMayBeCopiedAndDroppedOnSeveralThreads) {
     std::string deaths;
     Element shared = MakeMortal("s", deaths) << Div();
