@@ -70,6 +70,7 @@ TEST_F(ReportsWithoutMemoryTest, ATraceIsLoggedWhateverBecomesOfItsLine) {
         [&](bool hasFailed) {
             ASSERT_EQ(Platform().log.size(), 1U);
             LogEntry const& entry = Platform().log[0];
+            EXPECT_EQ(entry.level, "info");
             std::string const whole =
                 "At tests/elements/reports_without_memory_test.cpp:" + std::to_string(entry.line) +
                 ": {name} = {" + value + "} -12";
@@ -115,6 +116,16 @@ TEST_F(ReportsWithoutMemoryTest, ATreeIsTakenDownWithoutMemory) {
         FailingMemory::AllowAll();
         EXPECT_EQ(deaths, 201);
     }
+}
+
+TEST_F(ReportsWithoutMemoryTest, AChildThatFindsNoPlaceHasNoParent) {
+    Div const parent;
+    Br const child;
+    FailingMemory::Allow(0);
+    EXPECT_THROW(parent << child, std::bad_alloc);
+    FailingMemory::AllowAll();
+    EXPECT_EQ(child.impl->parent, nullptr);
+    EXPECT_TRUE(parent.impl->children.empty());
 }
 
 TEST_F(ReportsWithoutMemoryTest, ASetterChangesAllOrNothing) {
