@@ -54,18 +54,17 @@ std::size_t EnlargePipe(int fd, std::size_t wanted) {
 }
 
 // Whether the pipe takes `answer` without waiting for its reader, behind what is ahead of it.
-bool FitsPipe(std::FILE* out, std::string const& answer, std::string const& object) {
+bool FitsPipe(std::FILE* out, std::string const& answer, std::string const& subject) {
     int const fd = fileno(out);
     std::size_t const ahead = UnreadPages(fd) + PagesFor(__fpending(out));
     std::size_t const needed = ahead + PagesFor(answer.size());
     std::size_t const pages = EnlargePipe(fd, needed);
     if (needed <= pages)
         return true;
-    Log_SpecEntry(
-        logSpecError, __FILE__, __LINE__,
-        "object \"%s\": the answer takes %zu bytes, and the pipe has room for %zu: ask for "
-        "fewer attributes, or raise fs.pipe-max-size",
-        object.c_str(), answer.size(), (pages - std::min(ahead, pages)) * PageSize());
+    Log_SpecEntry(logSpecError, __FILE__, __LINE__,
+                  "%s: the answer takes %zu bytes, and the pipe has room for %zu: ask for "
+                  "less, or raise fs.pipe-max-size",
+                  subject.c_str(), answer.size(), (pages - std::min(ahead, pages)) * PageSize());
     return false;
 }
 
@@ -91,19 +90,17 @@ bool Write(std::FILE* out, std::string const& answer) {
 
 }  // namespace
 
-bool WriteAnswer(std::FILE* out, std::string const& answer, std::string const& object) {
+bool WriteAnswer(std::FILE* out, std::string const& answer, std::string const& subject) {
     if (out == nullptr) {
-        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "object \"%s\": there is no output",
-                      object.c_str());
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: there is no output", subject.c_str());
         return false;
     }
-    if (IsPipe(fileno(out)) && !FitsPipe(out, answer, object))
+    if (IsPipe(fileno(out)) && !FitsPipe(out, answer, subject))
         return false;
     if (Write(out, answer))
         return true;
-    Log_SpecEntry(logSpecError, __FILE__, __LINE__,
-                  "object \"%s\": the answer could not be written - %s", object.c_str(),
-                  std::strerror(errno));
+    Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: the answer could not be written - %s",
+                  subject.c_str(), std::strerror(errno));
     return false;
 }
 

@@ -1,7 +1,8 @@
 // The writing of an answer, which never blocks on a pipe.
 //
 // The library puts a pipe in the place of the request's output and reads it only when the formatter
-// has returned. An answer that does not fit would wait for ever, so it is not begun.
+// or the get-function has returned. An answer that does not fit would wait for ever, so it is not
+// begun.
 //
 // A pipe holds a number of pages, 16 unless it is changed. One write takes as many pages as its
 // length needs, and fills up a page begun before only if its last, incomplete page fits there as a
@@ -17,9 +18,9 @@ namespace QuilloHost {
 
 // Writes `answer`, behind what the stream has buffered, and flushes. Returns true; or false behind
 // a log entry. A pipe that is too small is enlarged where the system allows it; an answer that does
-// not fit all the same is not written, not even in part. `object` is for the log. Whether a broken
-// pipe ends the process (SIGPIPE) is the process's choice.
-bool WriteAnswer(std::FILE* out, std::string const& answer, std::string const& object);
+// not fit all the same is not written, not even in part. `subject` says in the log what it answers:
+// object "memory". Whether a broken pipe ends the process (SIGPIPE) is the process's choice.
+bool WriteAnswer(std::FILE* out, std::string const& answer, std::string const& subject);
 
 }  // namespace QuilloHost
 

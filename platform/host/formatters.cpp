@@ -67,7 +67,8 @@ int AnswerRequest(ZOV_AppData* app, char const* formatter, ProviderList provider
         problem = "memory ran out while the request was set up";
     try {
         if (problem == nullptr)
-            return WriteAnswer(app->out, MakeAnswer(*state, providers), state->object.value_or(""))
+            return WriteAnswer(app->out, MakeAnswer(*state, providers),
+                               "object \"" + state->object.value_or("") + "\"")
                        ? 0
                        : 1;
         Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", formatter, problem);

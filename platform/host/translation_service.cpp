@@ -1,11 +1,11 @@
 // The translation service: phrases of the catalogs, in the language that suits the reader best.
 #include <algorithm>
-#include <cstdio>
 #include <exception>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "host/answer_stream.hpp"
 #include "host/catalogs.hpp"
 #include "host/contract.hpp"
 #include "host/language_lookup.hpp"
@@ -26,14 +26,22 @@ std::string CatalogFor(char const* preferred) {
     return LookUpLanguage(preferred, CatalogNames(), defaultCatalog).value_or(defaultCatalog);
 }
 
+// How many bytes of a phrase are shown in the log, and remembered. A phrase may be a page's text.
+constexpr int mostShown = 200;
+
+std::string Excerpt(std::string const& phrase) {
+    return phrase.size() > mostShown ? phrase.substr(0, mostShown) + "..." : phrase;
+}
+
 // A phrase that its catalog lacks; a catalog that is not there was logged when it was looked for.
 void LogOnce(std::string const& catalog, std::string const& phrase) {
+    std::string const shown = Excerpt(phrase);
     static std::set<std::string> known;
     std::vector<std::string> const& names = CatalogNames();
     bool const isThere = std::find(names.begin(), names.end(), catalog) != names.end();
-    if (isThere && known.size() < mostUnknown && known.insert(catalog + "\n" + phrase).second) {
+    if (isThere && known.size() < mostUnknown && known.insert(catalog + "\n" + shown).second) {
         Log_SpecEntry(logSpecWarn, __FILE__, __LINE__, "catalog %s has no phrase \"%s\"",
-                      catalog.c_str(), phrase.c_str());
+                      catalog.c_str(), shown.c_str());
     }
 }
 
@@ -54,7 +62,7 @@ void WritePhrase(ZOV_AppData& app, char const* phrase) {
     RequestState const* const state = FindRequest(&app);
     std::string const context = state != nullptr ? state->context.value_or("") : "";
     std::string const text = InContext(context, Translate(CatalogFor(app.preferredLang), phrase));
-    std::fwrite(text.data(), 1, text.size(), app.out);
+    WriteAnswer(app.out, text, "phrase \"" + Excerpt(phrase) + "\"");
 }
 
 }  // namespace
@@ -94,7 +102,7 @@ void HTTP_Translate_Phrase(ZOV_AppData* app, char* arg) {
     try {
         WritePhrase(*app, arg);
     } catch (std::exception const& error) {
-        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: \"%s\": %s", __func__, arg,
-                      error.what());
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: \"%.*s\": %s", __func__, mostShown,
+                      arg, error.what());
     }
 }

@@ -95,7 +95,7 @@ TEST_F(LargePipe, IsLeftAloneByAnAnswerThatDoesNotFit) {
     CapturedStderr const captured;
     EXPECT_FALSE(WriteAnswer(pipe.out, Text(size + 1), "thing"));
     EXPECT_EQ(pipe.Unread(), 0U);
-    std::string const entry = "object \"thing\": the answer takes " + std::to_string(size + 1) +
+    std::string const entry = "thing: the answer takes " + std::to_string(size + 1) +
                               " bytes, and the pipe has room for " + std::to_string(size) + ": ask";
     EXPECT_NE(captured.Text().find(entry), std::string::npos) << captured.Text();
 }
@@ -180,7 +180,7 @@ TEST(AnswerStream, LogsAWriteErrorWithItsReason) {
     ASSERT_NE(full, nullptr);
     EXPECT_FALSE(WriteAnswer(full, "answer", "thing"));
     std::fclose(full);
-    EXPECT_NE(captured.Text().find("object \"thing\": the answer could not be written - No space"),
+    EXPECT_NE(captured.Text().find("thing: the answer could not be written - No space"),
               std::string::npos)
         << captured.Text();
 }
@@ -201,7 +201,7 @@ TEST(AnswerStream, LogsABrokenPipe) {
 TEST(AnswerStream, LogsAMissingOutput) {
     CapturedStderr const captured;
     EXPECT_FALSE(WriteAnswer(nullptr, "answer", "thing"));
-    EXPECT_NE(captured.Text().find("object \"thing\": there is no output\n"), std::string::npos);
+    EXPECT_NE(captured.Text().find("thing: there is no output\n"), std::string::npos);
 }
 
 }  // namespace

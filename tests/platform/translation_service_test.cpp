@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <locale>
 
 #include "host/catalogs.hpp"
 #include "host/contract.hpp"
 #include "host/host.hpp"
 #include "host/phrase_context.hpp"
+#include "platform/capture_pipe.hpp"
+#include "platform/captured_stderr.hpp"
+#include "platform/plain_user.hpp"
 #include "temp_folder.hpp"
 
 using namespace QuilloHost;
@@ -79,6 +83,41 @@ TEST_F(TranslationServiceTest, AnUnknownPhraseAnswersItselfAndIsLoggedOnce) {
     std::string const entry = "catalog de-de has no phrase \"never <heard> of\"";
     ASSERT_NE(log.find(entry), std::string::npos);
     EXPECT_EQ(log.find(entry, log.find(entry) + 1), std::string::npos);
+}
+
+TEST_F(TranslationServiceTest, ALongUnknownPhraseIsShownInPart) {
+    ::testing::internal::CaptureStderr();
+    std::string const phrase = std::string(200, 'u') + "nknown";
+    EXPECT_EQ(Written("de", phrase.c_str(), "none"), phrase);
+    EXPECT_EQ(Written("de", (phrase + " as well").c_str(), "none"), phrase + " as well");
+    std::string const log = ::testing::internal::GetCapturedStderr();
+    EXPECT_NE(log.find("has no phrase \"" + std::string(200, 'u') + "...\"\n"), std::string::npos)
+        << log;
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
+}
+
+// The pipe is read when the phrase has been written: one that waited would wait for ever.
+TEST_F(TranslationServiceTest, APhraseLargerThanThePipeEnlargesIt) {
+    CapturePipe pipe;
+    std::string const phrase(pipe.Capacity() + 1, 'x');
+    ZOV_AppData request{{}, nullptr, pipe.out, {}};
+    HTTP_Translate_Phrase(&request, std::string(phrase).data());
+    EXPECT_EQ(pipe.Finish(), phrase);
+}
+
+TEST_F(TranslationServiceTest, APhraseThatNoPipeTakesIsNotWrittenBehindALogEntry) {
+    std::size_t largest = 0;
+    std::ifstream("/proc/sys/fs/pipe-max-size") >> largest;
+    PlainUser const user;
+    CapturePipe pipe;
+    ZOV_AppData request{{}, nullptr, pipe.out, {}};
+    CapturedStderr const captured;
+    HTTP_Translate_Phrase(&request, std::string(largest + 1, 'y').data());
+    EXPECT_EQ(pipe.Finish(), "");
+    EXPECT_NE(captured.Text().find("phrase \"" + std::string(200, 'y') +
+                                   "...\": the answer takes " + std::to_string(largest + 1)),
+              std::string::npos)
+        << captured.Text();
 }
 
 TEST_F(TranslationServiceTest, TheEmptyPhraseIsNotTheCatalogsHeader) {
