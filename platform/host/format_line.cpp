@@ -32,10 +32,9 @@ std::string ValueAt(std::size_t position, std::vector<Value> const& values,
 
 std::vector<std::string> SplitAttributes(std::string const& line) {
     std::vector<std::string> names;
-    for (std::size_t begin = 0; begin < line.size();) {
+    for (std::size_t begin = 0; begin <= line.size();) {
         std::size_t const end = std::min(line.find(' ', begin), line.size());
-        if (end > begin)
-            names.push_back(line.substr(begin, end - begin));
+        names.push_back(line.substr(begin, end - begin));
         begin = end + 1;
     }
     return names;

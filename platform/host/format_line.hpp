@@ -1,6 +1,7 @@
 // The two little languages of a request.
 //
-// The attribute line holds names with blanks between them.
+// The attribute line holds names with one blank between two of them. A name may be empty, which no
+// attribute is called: it keeps its position, so that no value moves into another's.
 //
 // The format line is a line of the answer: '%' and the decimal digits behind it, as many as there
 // are, stand for the value at that position, counted from 1; every other byte, and a '%' without
@@ -15,7 +16,7 @@
 
 namespace QuilloHost {
 
-// "name  mtu" gives name, mtu.
+// "name  mtu" gives "name", "" and "mtu"; "" gives "".
 std::vector<std::string> SplitAttributes(std::string const& line);
 
 // One line of the answer.

@@ -71,6 +71,15 @@ TEST_F(AttributeServiceContractTest, AnUnknownAttributeIsTheDefaultValueInItsCol
               "none\t" + subject.value + "\n");
 }
 
+TEST_F(AttributeServiceContractTest, AnEmptyNameIsAnUnknownAttributeThatKeepsItsColumn) {
+    EXPECT_EQ(Answer(subject.object, " " + both, "%1|%2|%3\n"),
+              "none|" + subject.value + "|" + subject.otherValue + "\n");
+    EXPECT_EQ(Answer(subject.object, subject.attribute + "  " + subject.otherAttribute + " ",
+                     "%1|%2|%3|%4\n"),
+              subject.value + "|none|" + subject.otherValue + "|none\n");
+    EXPECT_EQ(Answer(subject.object, "", "%1\n"), "none\n");
+}
+
 TEST_F(AttributeServiceContractTest, APositionWithoutAttributeIsTheDefaultValue) {
     EXPECT_EQ(Answer(subject.object, subject.attribute, "%0 %2 %99\n"), "none none none\n");
 }

@@ -13,12 +13,12 @@ using QuilloHost::Value;
 
 typedef std::vector<std::string> Names;
 
-TEST(SplitAttributes, CutsAtBlanksAndDropsEmptyNames) {
-    EXPECT_EQ(SplitAttributes(""), Names());
-    EXPECT_EQ(SplitAttributes("   "), Names());
+TEST(SplitAttributes, CutsAtEachBlankAndKeepsEmptyNames) {
+    EXPECT_EQ(SplitAttributes(""), Names({""}));
+    EXPECT_EQ(SplitAttributes("  "), Names({"", "", ""}));
     EXPECT_EQ(SplitAttributes("a"), Names({"a"}));
     EXPECT_EQ(SplitAttributes("a b"), Names({"a", "b"}));
-    EXPECT_EQ(SplitAttributes("  a  bc "), Names({"a", "bc"}));
+    EXPECT_EQ(SplitAttributes(" a  bc "), Names({"", "a", "", "bc", ""}));
     EXPECT_EQ(SplitAttributes("a\tb"), Names({"a\tb"}));
 }
 
