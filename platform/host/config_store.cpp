@@ -154,9 +154,9 @@ int Cfg_SetAttrValue(char const* name, char const* value) {
 
 long ConfigUpdate(char const* assignment) {
     char const* const equals = assignment != nullptr ? std::strchr(assignment, '=') : nullptr;
-    if (equals == nullptr) {
+    if (equals == nullptr || std::strchr(equals + 1, '=') != nullptr) {
         return Fail(ConfigStatus_BadArgument, __func__, assignment != nullptr ? assignment : "",
-                    "an assignment has the form NAME=VALUE");
+                    "an assignment has the form NAME=VALUE, with one '='");
     }
     std::string_view const name(assignment, static_cast<std::size_t>(equals - assignment));
     return Assign(__func__, name, equals + 1, WriteStoredAndRunning);

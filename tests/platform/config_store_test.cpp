@@ -3,6 +3,7 @@
 
 #include "host/config_store.hpp"
 #include "host/database.hpp"
+#include "host/setting_table.hpp"
 #include "platform/store_fixture.hpp"
 
 using namespace QuilloHost;
@@ -39,12 +40,36 @@ TEST_F(ConfigStoreTest, AnyOtherValueIsNotBooleanAndLeavesTheOutputAsItWas) {
     }
 }
 
-TEST_F(ConfigStoreTest, AnAssignmentIsSplitAtItsFirstEqualsSign) {
-    EXPECT_EQ(ConfigUpdate("x=a=b"), 0);
-    int value = 0;
-    std::string const log =
-        Log([&] { EXPECT_EQ(Cfg_GetBoolAttrValue("x", &value), ConfigStatus_NotBoolean); });
-    EXPECT_NE(log.find("\"x\""), std::string::npos);
+// Which of the signs ends the name is not to be known.
+TEST_F(ConfigStoreTest, AnAssignmentWithASecondEqualsSignChangesNothing) {
+    ASSERT_EQ(ConfigUpdate("x=5"), 0);
+    for (char const* const assignment : {"x=y=TRUE", "x==TRUE", "x=TRUE=", "=x=TRUE"}) {
+        std::string const log =
+            Log([&] { EXPECT_EQ(ConfigUpdate(assignment), ConfigStatus_BadArgument); });
+        EXPECT_NE(log.find("setting \"" + std::string(assignment) +
+                           "\": an assignment has the form NAME=VALUE, with one '='\n"),
+                  std::string::npos)
+            << log;
+        EXPECT_EQ(FindValue("x"), "5") << assignment;
+        EXPECT_EQ(FindValue("y"), std::nullopt) << assignment;
+    }
+}
+
+TEST_F(ConfigStoreTest, AValueHasAtMost256Bytes) {
+    std::string const longest(256, 'v');
+    std::string const tooLong(257, 'w');
+    EXPECT_EQ(Cfg_SetAttrValue("x", longest.c_str()), ConfigStatus_Done);
+    EXPECT_EQ(FindValue("x"), longest);
+    EXPECT_EQ(ConfigUpdate(("y=" + longest).c_str()), ConfigStatus_Done);
+    EXPECT_EQ(FindValue("y"), longest);
+    EXPECT_TRUE(DeclareSetting("z", longest));
+    Log([&] {
+        EXPECT_EQ(Cfg_SetAttrValue("x", tooLong.c_str()), ConfigStatus_BadArgument);
+        EXPECT_EQ(ConfigUpdate(("y=" + tooLong).c_str()), ConfigStatus_BadArgument);
+        EXPECT_FALSE(DeclareSetting("z", tooLong));
+    });
+    EXPECT_EQ(FindValue("x"), longest);
+    EXPECT_EQ(FindValue("y"), longest);
 }
 
 TEST_F(ConfigStoreTest, WhatBreaksTheRulesIsRefusedWithAStatusAndALogEntry) {
