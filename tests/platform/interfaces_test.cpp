@@ -5,6 +5,7 @@
 #include <netinet/in.h>
 #include <netpacket/packet.h>
 
+#include <algorithm>
 #include <cstring>
 #include <deque>
 #include <string>
@@ -28,7 +29,8 @@ public:
         Entry& entry = Add(name, flags);
         entry.link.sll_family = AF_PACKET;
         entry.link.sll_halen = static_cast<unsigned char>(mac.size());
-        std::memcpy(entry.link.sll_addr, mac.data(), mac.size());
+        std::memcpy(entry.link.sll_addr, mac.data(),
+                    std::min(mac.size(), sizeof entry.link.sll_addr));
         entry.counters.rx_bytes = received;
         entry.counters.tx_bytes = sent;
         entry.node.ifa_addr = reinterpret_cast<sockaddr*>(&entry.link);
@@ -98,6 +100,16 @@ TEST_F(Interfaces, TellWhatTheirListTellsWhereThereIsNoFolder) {
     list.AddLink("eth0", IFF_UP | IFF_RUNNING, mac, 4000000000U, 5);
     list.AddLink("lo", IFF_UP, {0, 0, 0, 0, 0, 0}, 1, 2);
     EXPECT_EQ(Read(), "lo|down||||1|2|~\neth0|up|02:42:ac:11:00:ff|||4000000000|5|~\n");
+}
+
+TEST_F(Interfaces, ShowTheFirstEightBytesOfALongHardwareAddress) {
+    SystemCalls::Now().indices = {{"eui64", 1}, {"ib0", 2}};
+    list.AddLink("eui64", IFF_UP, {1, 2, 3, 4, 5, 6, 7, 8}, 1, 2);
+    std::vector<unsigned char> const twentyBytes(20, 0xfe);
+    list.AddLink("ib0", IFF_UP, twentyBytes, 3, 4);
+    EXPECT_EQ(Read(),
+              "eui64|down|01:02:03:04:05:06:07:08|||1|2|~\n"
+              "ib0|down|fe:fe:fe:fe:fe:fe:fe:fe|||3|4|~\n");
 }
 
 TEST_F(Interfaces, TellWhatTheirFolderTells) {
