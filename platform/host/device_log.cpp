@@ -112,7 +112,11 @@ void AppendHead(FixedText& out, EntryHead const& head) noexcept {
     std::time_t const now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
-    out.append(text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S%z", &local));
+    out.append(text, std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local));
+    std::strftime(text, sizeof text, "%z", &local);  // "+0200"
+    out.append(text, 3);
+    out.append(":");
+    out.append(text + 3, 2);
     char const* const word = head.severity == spdlog::level::err    ? "error"
                              : head.severity == spdlog::level::warn ? "warning"
                                                                     : "info";

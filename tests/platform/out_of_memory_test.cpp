@@ -1,6 +1,7 @@
 // Memory runs out at each allocation in turn.
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 #include <utility>
 
@@ -60,6 +61,16 @@ TEST(OutOfMemory, TheLogCutsAnEntryThatIsTooLongForItsSpareBuffer) {
     EXPECT_NE(text.find(" error fff"), std::string::npos);
     EXPECT_NE(text.find("fff:7: \\n\\n"), std::string::npos);
     EXPECT_EQ(text.find('\n'), text.size() - 1);
+}
+
+TEST(OutOfMemory, TheLogTellsTheTimeAsEverThoughInWholeSeconds) {
+    CapturedStderr const captured;
+    FailingMemory::Allow(0);
+    Log_SpecEntry(logSpecError, "f", 7, "%s", longName);
+    FailingMemory::AllowAll();
+    std::regex const form(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d \[\d+\] error f:7: )" +
+                          std::string(longName) + "\n");
+    EXPECT_TRUE(std::regex_match(captured.Text(), form)) << captured.Text();
 }
 
 TEST(OutOfMemory, ARequestBeginsOrSaysThatItDoesNot) {
