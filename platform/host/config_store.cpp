@@ -57,8 +57,10 @@ int CheckName(char const* call, std::string_view name) {
                     "a name has 1 to 64 bytes, no '=', no control byte and no blank at its ends");
     }
     if (Declared().find(name) == Declared().end()) {
-        return Fail(ConfigStatus_UnknownName, call, name,
-                    "there is no such setting; a setting is declared before it is used");
+        return Fail(
+            ConfigStatus_UnknownName, call, name,
+            "there is no such setting: declare it with QuilloHost::DeclareSetting before its "
+            "first use");
     }
     return ConfigStatus_Done;
 }

@@ -82,7 +82,8 @@ TEST_F(ConfigStoreTest, WhatBreaksTheRulesIsRefusedWithAStatusAndALogEntry) {
     int value = 4711;
     for (Row const& row : std::vector<Row>{
              {[&] { return Cfg_GetBoolAttrValue("unknown", &value); }, ConfigStatus_UnknownName,
-              "setting \"unknown\": there is no such setting"},
+              "setting \"unknown\": there is no such setting: declare it with "
+              "QuilloHost::DeclareSetting before its first use\n"},
              {[&] { return Cfg_GetBoolAttrValue(nullptr, &value); }, ConfigStatus_BadArgument,
               "no name"},
              {[&] { return Cfg_GetBoolAttrValue("x", nullptr); }, ConfigStatus_BadArgument,
