@@ -2,18 +2,21 @@
 // and a name of the form de-de, is a language of the service.
 #include "host/catalogs.hpp"
 
+#include <dirent.h>
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <boost/locale.hpp>
+#include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <locale>
 #include <map>
+#include <memory>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "host/catalog_file.hpp"
@@ -25,8 +28,11 @@ namespace QuilloHost {
 
 namespace {
 
-namespace fs = std::filesystem;
 namespace bl = boost::locale;
+
+struct FolderCloser {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
 
 struct Catalogs {
     std::vector<std::string> names;
@@ -64,11 +70,21 @@ bool IsName(std::string const& name) {
            name.find_first_not_of(letters, 3) == std::string::npos;
 }
 
+// What is there may be out of this process's reach.
+bool IsThere(std::string const& file) {
+    struct stat status {};
+    return stat(file.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool IsRegularFile(std::string const& file) {
+    struct stat status {};
+    return stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 // The file's bytes. Throws what is wrong with it.
 std::vector<char> ReadCatalog(std::string const& file) {
     // A pipe, for one, would never end.
-    std::optional<std::string> const text =
-        fs::is_regular_file(file) ? ReadText(file) : std::nullopt;
+    std::optional<std::string> const text = IsRegularFile(file) ? ReadText(file) : std::nullopt;
     if (!text) {
         throw std::runtime_error("it is no file that this process may read");
     }
@@ -95,16 +111,14 @@ std::locale Load(std::string const& folder, std::string const& name) {
     return std::locale(base, bl::gnu_gettext::create_messages_facet<char>(info));
 }
 
-// The names of the languages that have something in the place of a catalog, ascending.
+// The names of the languages that have something in the place of a catalog, ascending. Not by
+// std::filesystem, which ends the process when memory runs out.
 std::vector<std::string> NamesIn(std::string const& folder) {
     std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error); entry != fs::directory_iterator();
-         entry.increment(error)) {
-        std::string const name = entry->path().filename().string();
-        std::error_code unknown;
-        if (IsName(name) &&
-            fs::status(FileIn(folder, name), unknown).type() != fs::file_type::not_found) {
+    std::unique_ptr<DIR, FolderCloser> const list(opendir(folder.c_str()));
+    while (dirent const* const entry = list != nullptr ? readdir(list.get()) : nullptr) {
+        std::string const name = entry->d_name;
+        if (IsName(name) && IsThere(FileIn(folder, name))) {
             names.push_back(name);
         }
     }
@@ -119,6 +133,8 @@ Catalogs LoadAll(std::string const& folder) {
         try {
             catalogs.locales[name] = Load(folder, name);
             catalogs.names.push_back(name);
+        } catch (std::bad_alloc const&) {
+            throw;  // nothing is kept, and the next call loads them again
         } catch (std::exception const& problem) {
             Log_SpecEntry(logSpecError, __FILE__, __LINE__,
                           "catalog %s cannot be read, its language is not offered: %s: install it "

@@ -3,11 +3,12 @@
 #include <pthread.h>
 #include <sys/statvfs.h>
 
+#include <condition_variable>
 #include <csignal>
-#include <exception>
-#include <future>
 #include <mutex>
+#include <new>
 #include <set>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -33,6 +34,29 @@ private:
 
 namespace {
 
+// What a thread tells to one that may have stopped waiting. Not a std::promise: one that is given
+// up takes memory to say so, and ends the process when there is none.
+class Answer {
+public:
+    void Tell(std::optional<Space> const& space) noexcept {
+        std::lock_guard<std::mutex> const lock(mutex_);
+        space_ = space;
+        isTold_ = true;
+        told_.notify_one();
+    }
+    std::optional<Space> Wait(std::chrono::milliseconds patience) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        told_.wait_for(lock, patience, [this] { return isTold_; });
+        return space_;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable told_;
+    bool isTold_ = false;
+    std::optional<Space> space_;
+};
+
 // Signals to the process are for its other threads.
 void BlockSignals() noexcept {
     sigset_t all;
@@ -56,25 +80,26 @@ SpaceProbe::SpaceProbe(Ask ask, std::chrono::milliseconds patience)
     : ask_(ask), patience_(patience), asked_(std::make_shared<Places>()) {}
 
 std::optional<Space> SpaceProbe::SpaceAt(std::string const& place) {
-    std::promise<std::optional<Space>> promise;
-    std::future<std::optional<Space>> answer = promise.get_future();
-    auto run = [ask = ask_, place, asked = asked_, told = std::move(promise)]() mutable {
+    auto const answer = std::make_shared<Answer>();
+    auto run = [ask = ask_, place, asked = asked_, answer] {
         BlockSignals();
         std::optional<Space> const space = ask(place);
         asked->Leave(place);
-        told.set_value(space);
+        answer->Tell(space);
     };
     if (!asked_->Enter(place)) {
         return std::nullopt;
     }
     try {
         std::thread(std::move(run)).detach();
-    } catch (std::exception const&) {  // no thread to be had
+    } catch (std::system_error const&) {  // no thread to be had
         asked_->Leave(place);
         return std::nullopt;
+    } catch (std::bad_alloc const&) {
+        asked_->Leave(place);
+        throw;
     }
-    bool const isTold = answer.wait_for(patience_) == std::future_status::ready;
-    return isTold ? answer.get() : std::nullopt;
+    return answer->Wait(patience_);
 }
 
 }  // namespace QuilloHost

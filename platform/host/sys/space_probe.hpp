@@ -30,7 +30,7 @@ public:
 
     SpaceProbe(Ask ask, std::chrono::milliseconds patience);
 
-    // Nothing when the file system does not tell, or not in time.
+    // Nothing when the file system does not tell, or not in time. Throws std::bad_alloc.
     std::optional<Space> SpaceAt(std::string const& place);
 
 private:
