@@ -128,7 +128,7 @@ bool DeclareSetting(std::string const& name, std::string const& defaultValue) {
              "the name or the default value breaks the rules");
         return false;
     }
-    Declared()[name] = defaultValue;
+    Declared().insert_or_assign(name, defaultValue);
     return true;
 }
 

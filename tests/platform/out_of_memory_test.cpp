@@ -297,6 +297,26 @@ TEST_F(OutOfMemoryStore, ASettingIsReadOrTheCallFails) {
     }
 }
 
+TEST_F(OutOfMemoryStore, ASettingIsDeclaredOrIsNotThere) {
+    std::string const value = "a default value that takes memory, too";
+    CapturedStderr const captured;
+    int number = 0;
+    int const failures = FailEach(
+        [&] {
+            try {
+                QuilloHost::DeclareSetting(longName, value);
+            } catch (std::bad_alloc const&) {
+                FailingMemory::AllowAll();
+            }
+        },
+        [&](bool hasFailed) {
+            EXPECT_EQ(Cfg_GetBoolAttrValue(longName, &number),
+                      hasFailed ? QuilloHost::ConfigStatus_UnknownName
+                                : QuilloHost::ConfigStatus_NotBoolean);
+        });
+    EXPECT_GT(failures, 1);
+}
+
 TEST_F(OutOfMemoryStore, ASettingIsSetOrStaysAsItWas) {
     for (FailingMemory::Failure const kind : kinds) {
         for (bool const isStored : {true, false}) {
