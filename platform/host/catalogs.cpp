@@ -56,7 +56,7 @@ std::string Folder() {
         return *chosenFolder;
     }
     char const* const named = std::getenv("QUILLO_CATALOG_DIR");
-    return named != nullptr ? named : DefaultFolder();
+    return named != nullptr && *named != '\0' ? named : DefaultFolder();
 }
 
 std::string FileIn(std::string const& folder, std::string const& name) {
@@ -143,10 +143,11 @@ Catalogs LoadAll(std::string const& folder) {
         }
     }
     if (names.empty()) {
-        Log_SpecEntry(logSpecWarn, __FILE__, __LINE__,
-                      "no catalog in %s: phrases are not translated; QUILLO_CATALOG_DIR names the "
-                      "folder of the catalogs",
-                      folder.c_str());
+        Log_SpecEntry(
+            logSpecWarn, __FILE__, __LINE__,
+            "no catalog in \"%s\": phrases are not translated; QUILLO_CATALOG_DIR names the "
+            "folder of the catalogs",
+            folder.c_str());
     }
     return catalogs;
 }

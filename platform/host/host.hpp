@@ -24,7 +24,7 @@ enum class LogLevel : int { Info, Warning, Error };
 QUILLO_HOST_API void SetLogThreshold(LogLevel lowest) noexcept;
 
 // Where the configuration store keeps its database, `configuration.db`. The folder is made when it
-// is first needed. Without this call it is the environment's QUILLO_STATE_DIR, else
+// is first needed. Without this call it is the environment's QUILLO_STATE_DIR unless empty, else
 // /var/lib/quillo for root, else $XDG_STATE_HOME/quillo or ~/.local/state/quillo.
 QUILLO_HOST_API void SetStateFolder(std::string const& folder);
 
@@ -41,8 +41,8 @@ QUILLO_HOST_API void SetStorePatience(int milliseconds);
 QUILLO_HOST_API bool DeclareSetting(std::string const& name, std::string const& defaultValue);
 
 // Where the translation service finds its catalogs: FOLDER/de-de/LC_MESSAGES/quillo.mo for German.
-// Without this call it is the environment's QUILLO_CATALOG_DIR, else the folder that the build or
-// the installation put them in. Catalogs are read anew.
+// Without this call it is the environment's QUILLO_CATALOG_DIR unless that is empty, else the
+// folder that the build or the installation put them in. Catalogs are read anew.
 QUILLO_HOST_API void SetCatalogFolder(std::string const& folder);
 
 }  // namespace QuilloHost

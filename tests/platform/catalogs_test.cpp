@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -133,10 +134,25 @@ TEST_F(CatalogsTest, AreMissedWhereTheirFolderHasNone) {
         CapturedStderr const captured;
         SetCatalogFolder(empty);
         EXPECT_EQ(CatalogNames(), std::vector<std::string>());
-        EXPECT_NE(captured.Text().find("no catalog in " + empty + ": phrases are not translated"),
-                  std::string::npos)
+        EXPECT_NE(
+            captured.Text().find("no catalog in \"" + empty + "\": phrases are not translated"),
+            std::string::npos)
             << captured.Text();
     }
+}
+
+// Ends the process, which has not been told its folder: with 0 when these are its catalogs.
+[[noreturn]] void ExitByCatalogs(char const* variable, std::vector<std::string> const& expected) {
+    setenv("QUILLO_CATALOG_DIR", variable, 1);
+    std::_Exit(CatalogNames() == expected ? 0 : 1);
+}
+
+TEST(CatalogsDeathTest, AnEmptyVariableNamesNoFolder) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    std::vector<std::string> const shipped = {"ar-eg", "de-de", "en-us"};
+    EXPECT_EXIT(ExitByCatalogs("", shipped), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(ExitByCatalogs("/nowhere", {}), testing::ExitedWithCode(0),
+                "no catalog in \"/nowhere\"");
 }
 
 }  // namespace
