@@ -35,15 +35,37 @@ char const* Advice(int result, int systemError) {
     }
 }
 
+int FlagsOf(Access access) {
+    switch (access) {
+        case Access::Write:
+            return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW;
+        case Access::Read:  // it settles for reading where the file may not be written
+            return SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW;
+        default:
+            return SQLITE_OPEN_READONLY | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_URI;
+    }
+}
+
+std::string NameFor(Access access, std::string const& path) {
+    if (access != Access::ReadUnchanging) {
+        return path;
+    }
+    std::string uri = "file:";
+    for (char const c : path) {
+        uri += c == '%' ? "%25" : c == '?' ? "%3f" : c == '#' ? "%23" : std::string(1, c);
+    }
+    return uri + "?immutable=1";
+}
+
 }  // namespace
 
-Database::Database(std::string const& file, int patience)
+Database::Database(std::string const& file, int patience, Access access)
     : path(file),
       end(std::chrono::steady_clock::now() + std::chrono::milliseconds(patience)),
       connection(nullptr, sqlite3_close) {
     sqlite3* opened = nullptr;
-    int const flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW;
-    int const result = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
+    int const result =
+        sqlite3_open_v2(NameFor(access, path).c_str(), &opened, FlagsOf(access), nullptr);
     connection.reset(opened);
     if (result != SQLITE_OK) {
         Fail();
@@ -71,7 +93,11 @@ void Database::Fail() const {
     if (systemError != 0) {
         message += std::string(" (") + std::strerror(systemError) + ")";
     }
-    throw DatabaseError(message + ": " + Advice(result, systemError));
+    message += std::string(": ") + Advice(result, systemError);
+    if ((result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY) {
+        throw NoAccess(message);
+    }
+    throw DatabaseError(message);
 }
 
 Statement::Statement(Database& database, char const* sql)

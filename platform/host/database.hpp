@@ -20,12 +20,21 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// A database that could not be opened or written, or a file that SQLite keeps beside it.
+class NoAccess : public DatabaseError {
+public:
+    using DatabaseError::DatabaseError;
+};
+
+// What a connection is for. To make the file, and to write to it; to read it, with what SQLite
+// keeps beside it; or to read the file by itself, as nobody writes to it meanwhile.
+enum class Access : int { Write, Read, ReadUnchanging };
+
 // One connection. Not to be open when the process forks.
 class Database {
 public:
-    // Opens the file, or makes it. From then on other processes' locks are waited for, `patience`
-    // milliseconds long.
-    Database(std::string const& path, int patience);
+    // From then on other processes' locks are waited for, `patience` milliseconds long.
+    Database(std::string const& path, int patience, Access access = Access::Write);
 
     // Runs statements that have no result, and that may be run again if they were cut short by
     // another process's lock. Throws DatabaseError.

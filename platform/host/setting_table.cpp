@@ -11,11 +11,13 @@
 // process remove the log that the other writes to.
 #include "host/setting_table.hpp"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
@@ -85,12 +87,38 @@ void MakeFolder(fs::path const& folder) {
     }
 }
 
+fs::path Folder() {
+    return fs::absolute(ThePlace().folder.value_or(DefaultFolder()) + "/").parent_path();
+}
+
+// SQLite follows no symbolic link, and would not even follow those that the folder lies behind.
+std::string FileIn(fs::path const& folder) {
+    return fs::canonical(folder) / "configuration.db";
+}
+
+bool IsThere(std::string const& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+}
+
+// The database; nothing when there is none yet.
+std::optional<std::string> FindFile() {
+    fs::path const folder = Folder();
+    struct stat status {};
+    if (stat((folder / "configuration.db").c_str(), &status) == 0) {
+        return FileIn(folder);
+    }
+    if (errno == ENOENT) {
+        return std::nullopt;
+    }
+    throw std::runtime_error(folder.string() + " cannot be read: " + std::strerror(errno) +
+                             ": QUILLO_STATE_DIR names the folder of the store");
+}
+
 Database OpenDatabase() {
-    fs::path const folder =
-        fs::absolute(ThePlace().folder.value_or(DefaultFolder()) + "/").parent_path();
+    fs::path const folder = Folder();
     MakeFolder(folder);
-    // SQLite follows no symbolic link, and would not even follow those that the folder lies behind.
-    Database database(fs::canonical(folder) / "configuration.db", ThePlace().patience);
+    Database database(FileIn(folder), ThePlace().patience);
     database.Run(
         "PRAGMA journal_mode = WAL;"
         "PRAGMA synchronous = FULL;"
@@ -105,15 +133,68 @@ void Write(char const* sql, std::string_view name, std::string_view value) {
     Statement(database, sql).Bind(name).Bind(value).Bind(Run()).Step();
 }
 
-}  // namespace
+// Keeps the connections of other processes from moving their log into the database, which the last
+// one does when it closes, under a lock of these bytes (see SQLite's file format). Until then a
+// database without a log stays as it is. Takes no right to write.
+class StillDatabase {
+public:
+    explicit StillDatabase(std::string const& path)
+        : fd_(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW)) {
+        struct flock shared {};
+        shared.l_type = F_RDLCK;
+        shared.l_whence = SEEK_SET;
+        shared.l_start = 0x40000002;
+        shared.l_len = 510;
+        isStill_ = fd_ >= 0 && fcntl(fd_, F_SETLK, &shared) == 0 && !IsThere(path + "-wal") &&
+                   !IsThere(path + "-journal");
+    }
+    StillDatabase(StillDatabase const&) = delete;
+    StillDatabase& operator=(StillDatabase const&) = delete;
+    ~StillDatabase() {
+        if (fd_ >= 0) {
+            close(fd_);
+        }
+    }
 
-std::optional<std::string> FindValue(std::string_view name) {
-    Database database = OpenDatabase();
+    bool IsStill() const { return isStill_; }
+
+private:
+    int fd_;
+    bool isStill_;
+};
+
+// A database that was made, but not set up any more, has no table.
+bool HasTable(Database& database) {
+    return Statement(database, "SELECT 1 FROM sqlite_master WHERE name = 'setting'").Step();
+}
+
+std::optional<std::string> FindValueIn(Database&& database, std::string_view name) {
+    if (!HasTable(database)) {
+        return std::nullopt;
+    }
     Statement query(database,
                     "SELECT coalesce(CASE WHEN run = ? THEN running END, stored) FROM setting "
                     "WHERE name = ?");
     query.Bind(Run()).Bind(name);
     return query.Step() ? query.Text() : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> FindValue(std::string_view name) {
+    std::optional<std::string> const file = FindFile();
+    if (!file) {
+        return std::nullopt;
+    }
+    try {
+        return FindValueIn(Database(*file, ThePlace().patience, Access::Read), name);
+    } catch (NoAccess const&) {  // as where SQLite may put no file beside it
+        StillDatabase const still(*file);
+        if (!still.IsStill()) {
+            throw;
+        }
+        return FindValueIn(Database(*file, ThePlace().patience, Access::ReadUnchanging), name);
+    }
 }
 
 void WriteRunning(std::string_view name, std::string_view value) {

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -98,18 +99,24 @@ protected:
         return false;
     }
 
-    // Every call fails, with an entry about `place` that has `said` in it, while the store is in
-    // trouble.
-    void ExpectFailures(std::string const& place, std::string const& said) {
+    // `call` fails, with an entry about `place` that has `said` in it.
+    static void ExpectFailure(std::function<long()> const& call, std::string const& place,
+                              std::string const& said) {
+        std::string const log = Log([&] { EXPECT_EQ(call(), ConfigStatus_StoreFailed); });
+        EXPECT_TRUE(IsEntryAbout(log, place)) << log;
+        EXPECT_NE(log.find(said), std::string::npos) << log;
+    }
+
+    static void ExpectNoWriting(std::string const& place, std::string const& said) {
+        ExpectFailure([] { return Cfg_SetAttrValue("x", "5"); }, place, said);
+        ExpectFailure([] { return ConfigUpdate("x=5"); }, place, said);
+    }
+
+    static void ExpectFailures(std::string const& place, std::string const& said) {
         int value = 4711;
-        for (auto const& call : std::vector<std::function<long()>>{
-                 [&] { return Cfg_GetBoolAttrValue("x", &value); },
-                 [] { return Cfg_SetAttrValue("x", "5"); }, [] { return ConfigUpdate("x=5"); }}) {
-            std::string const log = Log([&] { EXPECT_EQ(call(), ConfigStatus_StoreFailed); });
-            EXPECT_TRUE(IsEntryAbout(log, place)) << log;
-            EXPECT_NE(log.find(said), std::string::npos) << log;
-            EXPECT_EQ(value, 4711);
-        }
+        ExpectFailure([&] { return Cfg_GetBoolAttrValue("x", &value); }, place, said);
+        EXPECT_EQ(value, 4711);
+        ExpectNoWriting(place, said);
     }
 
     void ExpectUsable() {
@@ -149,18 +156,54 @@ TEST_F(TroubledStore, AFolderThatMayNotBeWrittenToIsNamed) {
     fs::permissions(State(), fs::perms::owner_read | fs::perms::owner_exec);
     {
         PlainUser const user;
-        ExpectFailures(File(), "attempt to write a readonly database");
+        ExpectNoWriting(File(), "attempt to write a readonly database");
+        EXPECT_EQ(Values(), "4 3") << "reading goes on";
     }
     fs::permissions(State(), fs::perms::owner_all);
     EXPECT_EQ(Values(), "4 3");
     ExpectUsable();
 }
 
+TEST_F(TroubledStore, ReadingMakesNothing) {
+    EXPECT_EQ(Values(), "0 0");
+    EXPECT_FALSE(fs::exists(State()));
+    fs::create_directory(State());
+    EXPECT_EQ(Values(), "0 0");
+    EXPECT_TRUE(fs::is_empty(State()));
+    folder.Write("state/configuration.db", "");
+    EXPECT_EQ(Values(), "0 0");
+    EXPECT_EQ(fs::file_size(File()), 0U) << "it was made, but not set up any more";
+}
+
+TEST_F(TroubledStore, AStoreThatMayOnlyBeReadIsReadWithTheLogOfAWriter) {
+    std::string const state = folder.path + "/a%20b?c#d";
+    for (bool const hasWriter : {false, true}) {
+        SCOPED_TRACE(hasWriter);
+        Begin(state, false);
+        std::string const file = state + "/configuration.db";
+        std::optional<Database> writer;
+        if (hasWriter) {
+            writer.emplace(file, 0);
+            writer->Run("UPDATE setting SET running = '9'");
+        }
+        EXPECT_EQ(fs::exists(file + "-wal"), hasWriter);
+        fs::permissions(file, fs::perms::owner_read);
+        fs::permissions(state, fs::perms::owner_read | fs::perms::owner_exec);
+        {
+            PlainUser const user;
+            EXPECT_EQ(Values(), hasWriter ? "9 3" : "4 3");
+        }
+        fs::permissions(state, fs::perms::owner_all);
+        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+    }
+}
+
 TEST_F(TroubledStore, AFolderThatMayNotBeMadeIsNamed) {
     fs::permissions(folder.path, fs::perms::owner_read | fs::perms::owner_exec);
     {
         PlainUser const user;
-        ExpectFailures(State(), "Permission denied");
+        ExpectNoWriting(State(), "Permission denied");
+        EXPECT_EQ(Values(), "0 0") << "the default";
     }
     EXPECT_FALSE(fs::exists(State()));
     fs::permissions(folder.path, fs::perms::owner_all);
