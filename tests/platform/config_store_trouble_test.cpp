@@ -198,6 +198,28 @@ TEST_F(TroubledStore, AStoreThatMayOnlyBeReadIsReadWithTheLogOfAWriter) {
     }
 }
 
+// The log's values would be missed.
+TEST_F(TroubledStore, AStoreThatMayOnlyBeReadIsNotReadPastALogWithoutItsIndex) {
+    Begin(State(), false);
+    Database writer(File(), 0);
+    writer.Run("UPDATE setting SET running = '9'");
+    std::string const copy = folder.path + "/copy";
+    fs::create_directory(copy);
+    fs::copy(File(), copy);
+    fs::copy(File() + "-wal", copy);
+    SetStateFolder(copy);
+    fs::permissions(copy, fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        PlainUser const user;
+        int value = 4711;
+        ExpectFailure([&] { return Cfg_GetBoolAttrValue("x", &value); }, copy + "/configuration.db",
+                      "");
+        EXPECT_EQ(value, 4711);
+    }
+    fs::permissions(copy, fs::perms::owner_all);
+    EXPECT_EQ(Read("x"), 9);
+}
+
 TEST_F(TroubledStore, AFolderThatMayNotBeMadeIsNamed) {
     fs::permissions(folder.path, fs::perms::owner_read | fs::perms::owner_exec);
     {
