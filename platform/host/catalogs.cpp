@@ -10,6 +10,7 @@
 #include <boost/locale.hpp>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <locale>
 #include <map>
 #include <memory>
@@ -29,6 +30,7 @@ namespace QuilloHost {
 namespace {
 
 namespace bl = boost::locale;
+namespace fs = std::filesystem;
 
 struct FolderCloser {
     void operator()(DIR* folder) const { closedir(folder); }
