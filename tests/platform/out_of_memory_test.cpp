@@ -19,6 +19,11 @@
 #include "platform/system_calls.hpp"
 #include "support/failing_memory.hpp"
 
+// Where there is no memory for a locale, Boost.Locale loses the facet that it has made for it.
+extern "C" char const* __lsan_default_suppressions() {
+    return "leak:boost::locale::\n";
+}
+
 namespace {
 
 char const longName[] = "a name that is too long to be kept without memory from the heap";
