@@ -20,7 +20,7 @@ class PlainBytes {
 public:
     constexpr PlainBytes() : bits() {
         for (unsigned byte = 0; byte < 0x100; ++byte) {
-            bits[byte / 32] |= std::uint32_t{IsPlain(byte)} << byte % 32;
+            bits[byte / 32] |= (IsPlain(byte) ? 1U : 0U) << byte % 32;
         }
     }
 
