@@ -1,10 +1,9 @@
 // The stack that a level of a tree takes while it is written.
-#include <pthread.h>
-
 #include <cstdint>
 #include <sstream>
 
 #include "support/page_test.hpp"
+#include "support/small_stack.hpp"
 
 using namespace Quillo;
 
@@ -72,30 +71,13 @@ TEST_F(StackTest, ALevelTakesWhatTheHeaderPromises) {
     }
 }
 
-// What a thread is given, and what it leaves behind.
-struct Work {
-    Element tree;
-    std::string html;
-};
-
-void* RenderTree(void* given) {
-    Work& work = *static_cast<Work*>(given);
-    work.html = Html(work.tree);
-    return nullptr;
-}
-
 TEST_F(StackTest, ATreeOf700LevelsIsWrittenOnAStackOf128KiB) {
     if (!QUILLO_STACK_IS_PROMISED) {
         GTEST_SKIP() << "promised for x86-64 in a release build";
     }
-    Work work = {Nested(Plain, 700, Text("deep", true)), ""};
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 128 * 1024), 0);
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, RenderTree, &work), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
+    Element const tree = Nested(Plain, 700, Text("deep", true));
+    std::string html;
+    RunOnSmallStack([&] { html = Html(tree); });
     std::string expected;
     for (int level = 0; level < 700; ++level) {
         expected += "<div>\n";
@@ -104,7 +86,7 @@ TEST_F(StackTest, ATreeOf700LevelsIsWrittenOnAStackOf128KiB) {
     for (int level = 0; level < 700; ++level) {
         expected += "</div>\n";
     }
-    EXPECT_EQ(work.html, expected);
+    EXPECT_EQ(html, expected);
 }
 
 }  // namespace

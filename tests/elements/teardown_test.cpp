@@ -1,11 +1,9 @@
 // How a tree dies.
-#include <pthread.h>
-
 #include <boost/weak_ptr.hpp>
-#include <functional>
 #include <thread>
 
 #include "support/page_test.hpp"
+#include "support/small_stack.hpp"
 
 using namespace Quillo;
 
@@ -98,23 +96,6 @@ TEST_F(TeardownTest, AnEmptyChildPointerIsPassedOver) {
     EXPECT_EQ(deaths, "a2 b0 ");
 }
 
-// Runs `work` on a thread with that much stack.
-void RunOnStack(std::size_t bytes, std::function<void()> work) {
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, bytes), 0);
-    pthread_t thread;
-    auto const run = [](void* given) -> void* {
-        (*static_cast<std::function<void()>*>(given))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    ASSERT_EQ(pthread_attr_destroy(&attributes), 0);
-}
-
-constexpr std::size_t smallStack = 128 * 1024;
-
 TEST_F(TeardownTest, AChainOfAMillionLevelsDiesOnASmallStack) {
     Element root = Div();
     boost::weak_ptr<ElementImpl> deepest;
@@ -126,7 +107,7 @@ TEST_F(TeardownTest, AChainOfAMillionLevelsDiesOnASmallStack) {
     }
     deepest = parent.impl;
     parent = Element();
-    RunOnStack(smallStack, [&] { root = Element(); });
+    RunOnSmallStack([&] { root = Element(); });
     EXPECT_TRUE(deepest.expired());
 }
 
@@ -142,7 +123,7 @@ TEST_F(TeardownTest, ACombOfAHundredThousandLevelsDiesOnASmallStack) {
         parent = child;
     }
     parent = Element();
-    RunOnStack(smallStack, [&] { root = Element(); });
+    RunOnSmallStack([&] { root = Element(); });
     EXPECT_TRUE(last.expired());
 }
 
@@ -160,7 +141,7 @@ TEST_F(TeardownTest, AChainWhoseElementsHoldTreesDiesOnASmallStack) {
     }
     boost::weak_ptr<ElementImpl> const deepest = parent.impl;
     parent = Element();
-    RunOnStack(smallStack, [&] { root = Element(); });
+    RunOnSmallStack([&] { root = Element(); });
     EXPECT_TRUE(deepest.expired());
 }
 

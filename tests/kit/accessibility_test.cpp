@@ -2,8 +2,8 @@
 
 #include <csignal>
 
-#include "kit/small_stack.hpp"
 #include "support/page_test.hpp"
+#include "support/small_stack.hpp"
 
 using namespace Quillo;
 using namespace QuilloKit;

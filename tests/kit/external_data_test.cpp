@@ -7,8 +7,7 @@
 #include <sstream>
 
 #include "kit/attribute_value.hpp"
-#include "support/page_test.hpp"
-#include "text/external_texts.hpp"
+#include "support/external_data_test.hpp"
 
 using namespace QuilloKit;
 
@@ -16,35 +15,7 @@ namespace {
 
 typedef std::vector<std::string> Texts;
 
-// A folder of test data, the ending of the files that are read, and fewer texts than it holds.
-struct Source {
-    char const* folder;
-    char const* ending;
-    std::size_t least;
-};
-
-void PrintTo(Source const& source, std::ostream* out) {
-    *out << source.folder << "/*" << source.ending;
-}
-
-class KitExternalDataTest : public PageTest, public ::testing::WithParamInterface<Source> {
-protected:
-    // Calls `check` for every text; skips the test where there is none.
-    template <class Check>
-    void ForEachText(Check const& check) {
-        Texts const texts = ExternalTexts(GetParam().folder, GetParam().ending);
-        if (texts.empty()) {
-            GTEST_SKIP() << "no test data in " << QUILLO_TEST_DATA << "/" << GetParam().folder
-                         << "; the CMake variable QUILLO_TEST_DATA names their folder";
-        }
-        EXPECT_GE(texts.size(), GetParam().least);
-        for (std::string const& text : texts) {
-            SCOPED_TRACE(text);
-            Quillo::debugMsgs = Quillo::Div();
-            check(text);
-        }
-    }
-};
+using KitExternalDataTest = ExternalDataTest;
 
 bool IsControl(char c) {
     unsigned char const byte = static_cast<unsigned char>(c);
@@ -150,16 +121,13 @@ TEST_P(KitExternalDataTest, ANameIsTheTextOrRefused) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Folders, KitExternalDataTest,
-    ::testing::Values(Source{"naughty-strings", ".txt", 400},
-                      Source{"naughty-strings", ".json", 400}, Source{"wpt-url", ".json", 1000},
-                      Source{"html5lib", ".test", 5000}, Source{"xss", ".txt", 500}),
-    [](::testing::TestParamInfo<Source> const& source) {
-        std::string name = std::string(source.param.folder) + (source.param.ending + 1);
-        name.erase(std::remove(name.begin(), name.end(), '-'), name.end());
-        return name;
-    });
+INSTANTIATE_TEST_SUITE_P(Folders, KitExternalDataTest,
+                         ::testing::Values(ExternalSource{"naughty-strings", ".txt", 400},
+                                           ExternalSource{"naughty-strings", ".json", 400},
+                                           ExternalSource{"wpt-url", ".json", 1000},
+                                           ExternalSource{"html5lib", ".test", 5000},
+                                           ExternalSource{"xss", ".txt", 500}),
+                         ExternalDataTest::Name);
 
 std::string Contents(std::string const& path) {
     std::ostringstream contents;

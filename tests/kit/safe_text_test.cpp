@@ -5,7 +5,7 @@
 
 #include "kit/attribute_value.hpp"
 #include "support/page_test.hpp"
-#include "text/external_texts.hpp"
+#include "support/external_texts.hpp"
 #include "text/sample_texts.hpp"
 
 using namespace QuilloKit;

@@ -2,47 +2,13 @@
 #include <set>
 #include <tuple>
 
-#include "support/page_test.hpp"
-#include "text/external_texts.hpp"
+#include "support/external_data_test.hpp"
 
 using namespace Quillo;
 
 namespace {
 
 typedef std::vector<std::string> Texts;
-
-// A folder of test data, the ending of the files that are read, and fewer texts than it holds.
-struct Source {
-    char const* folder;
-    char const* ending;
-    std::size_t least;
-};
-
-// A source in a test's name; without it GoogleTest shows the bytes of the pointers.
-void PrintTo(Source const& source, std::ostream* out) {
-    *out << source.folder << "/*" << source.ending;
-}
-
-class ExternalDataTest : public PageTest, public ::testing::WithParamInterface<Source> {
-protected:
-    // Calls `check` for every text; skips the test where there is none.
-    template <class Check>
-    void ForEachText(Check const& check) {
-        Texts const texts = ExternalTexts(GetParam().folder, GetParam().ending);
-        if (texts.empty()) {
-            GTEST_SKIP() << "no test data in " << QUILLO_TEST_DATA << "/" << GetParam().folder
-                         << "; the CMake variable QUILLO_TEST_DATA names their folder";
-        }
-        EXPECT_GE(texts.size(), GetParam().least);
-        for (std::string const& text : texts) {
-            SCOPED_TRACE(text);
-            Platform().log.clear();
-            Platform().trace.clear();
-            debugMsgs = Div();
-            check(text);
-        }
-    }
-};
 
 // `text` up to its first NUL.
 std::string Cut(std::string const& text) {
@@ -207,17 +173,13 @@ TEST_P(ExternalDataTest, AnyArgumentTextIsReadAndTraced) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Folders, ExternalDataTest,
-                         ::testing::Values(Source{"naughty-strings", ".txt", 400},
-                                           Source{"naughty-strings", ".json", 400},
-                                           Source{"wpt-url", ".json", 1000},
-                                           Source{"html5lib", ".test", 5000},
-                                           Source{"xss", ".txt", 500}, Source{"http", ".txt", 500}),
-                         [](::testing::TestParamInfo<Source> const& source) {
-                             std::string name =
-                                 std::string(source.param.folder) + (source.param.ending + 1);
-                             name.erase(std::remove(name.begin(), name.end(), '-'), name.end());
-                             return name;
-                         });
+                         ::testing::Values(ExternalSource{"naughty-strings", ".txt", 400},
+                                           ExternalSource{"naughty-strings", ".json", 400},
+                                           ExternalSource{"wpt-url", ".json", 1000},
+                                           ExternalSource{"html5lib", ".test", 5000},
+                                           ExternalSource{"xss", ".txt", 500},
+                                           ExternalSource{"http", ".txt", 500}),
+                         ExternalDataTest::Name);
 
 TEST(JsonStrings, AreTakenOutOfTheirEscapes) {
     EXPECT_EQ(JsonStrings(R"({"a\"\\\/": ["\u00e9\t", 1, "", "\ud83d\ude00\ud83d"]})"),

@@ -1,4 +1,4 @@
-#include "text/external_texts.hpp"
+#include "support/external_texts.hpp"
 
 #include <algorithm>
 #include <filesystem>

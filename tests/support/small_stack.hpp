@@ -1,6 +1,6 @@
 // Work on a stack too small to recurse into a deep tree.
-#ifndef QUILLO_TESTS_KIT_SMALL_STACK_HPP
-#define QUILLO_TESTS_KIT_SMALL_STACK_HPP
+#ifndef QUILLO_TESTS_SUPPORT_SMALL_STACK_HPP
+#define QUILLO_TESTS_SUPPORT_SMALL_STACK_HPP
 
 #include <gtest/gtest.h>
 #include <pthread.h>

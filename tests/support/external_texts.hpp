@@ -1,6 +1,6 @@
 // Texts that nobody of this project wrote, from the folder of test data beside the checkout.
-#ifndef QUILLO_TESTS_TEXT_EXTERNAL_TEXTS_HPP
-#define QUILLO_TESTS_TEXT_EXTERNAL_TEXTS_HPP
+#ifndef QUILLO_TESTS_SUPPORT_EXTERNAL_TEXTS_HPP
+#define QUILLO_TESTS_SUPPORT_EXTERNAL_TEXTS_HPP
 
 #include <string>
 #include <vector>
