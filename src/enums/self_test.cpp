@@ -17,27 +17,28 @@ int ValueAt(void const* values, int i) {
     return value;
 }
 
-std::ostream& Begin(char const* name) {
-    return std::cout << "** " << name << "_UnitTest: ";
+// Numbers go out as texts, digits alone: a stream would group them by its locale.
+int Fail(char const* name, std::initializer_list<char const*> reason) {
+    std::cout << "** " << name << "_UnitTest: ";
+    for (char const* const piece : reason) {
+        std::cout << piece;
+    }
+    std::cout.flush();
+    return 1;
 }
 
-// Numbers go out as texts, digits alone: a stream would group them by its locale.
-
 int FailOrder(char const* name, int value) {
-    Begin(name) << "Quillo:: " << name << " " << EscapeJavascriptString(value)
-                << " is out-of-order\n";
-    return 1;
+    return Fail(name, {"Quillo:: ", name, " ", EscapeJavascriptString(value).c_str(),
+                       " is out-of-order\n"});
 }
 
 int FailEnd(char const* name, char const* end) {
-    Begin(name) << "Quillo:: " << name << end << " is wrong\n";
-    return 1;
+    return Fail(name, {"Quillo:: ", name, end, " is wrong\n"});
 }
 
 int FailConversion(char const* name, char const* text, int value) {
-    Begin(name) << "Failed back-and-forth conversion of \"" << Cstr(text) << "\" ("
-                << EscapeJavascriptString(value) << ")" << std::endl;
-    return 1;
+    return Fail(name, {"Failed back-and-forth conversion of \"", Cstr(text), "\" (",
+                       EscapeJavascriptString(value).c_str(), ")\n"});
 }
 
 }  // namespace
