@@ -3,8 +3,8 @@
 
 namespace Quillo {
 
-// The first byte of `text` that HTML text cannot hold as it stands, or the NUL.
-char const* EndOfPlain(char const* text);
+// The first byte of `text` that HTML text cannot hold as it stands, a NUL among them, or `end`.
+char const* EndOfPlain(char const* text, char const* end);
 
 }  // namespace Quillo
 

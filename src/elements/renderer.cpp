@@ -1,5 +1,7 @@
 #include "elements/renderer.hpp"
 
+#include <cxxabi.h>
+
 #include <cstring>
 
 namespace Quillo {
@@ -7,11 +9,50 @@ namespace {
 
 char const indentUnit[] = "  ";
 
+// What `write` and then `flush` do to a stream of which `IsUndisturbed` holds, the state that they
+// leave it in included.
+void WriteToBuffer(std::ostream& out, char const* bytes, std::size_t size, bool flush) {
+    auto const count = static_cast<std::streamsize>(size);
+    bool isWritten = false;
+    try {
+        isWritten = out.rdbuf()->sputn(bytes, count) == count;
+        if (isWritten && (!flush || out.rdbuf()->pubsync() != -1)) {
+            return;
+        }
+    } catch (abi::__forced_unwind&) {  // the thread ends here
+        out.setstate(std::ios_base::badbit);
+        throw;
+    } catch (...) {
+        // The stream is bad, which is all that its owner asked to be told.
+    }
+    out.setstate(std::ios_base::badbit);
+    if (!isWritten && flush) {
+        out.flush();
+    }
+}
+
+void Write(std::ostream& out, char const* bytes, std::size_t size, bool flush) {
+    if (!isSmall && IsUndisturbed(out)) {
+        WriteToBuffer(out, bytes, size, flush);
+        return;
+    }
+    out.write(bytes, static_cast<std::streamsize>(size));
+    if (flush) {
+        out.flush();
+    }
+}
+
 }  // namespace
 
 Renderer& WriteBytes(Renderer& r, char const* bytes, std::size_t size) {
-    r.out->write(bytes, static_cast<std::streamsize>(size));
+    Write(*r.out, bytes, size, false);
     r.atLineStart = false;
+    return r;
+}
+
+Renderer& WriteLine(Renderer& r, char const* line, std::size_t size) {
+    Write(*r.out, line, size, true);
+    r.atLineStart = true;
     return r;
 }
 
@@ -46,12 +87,6 @@ void WriteIndent(Renderer& r, int level) {
     for (int i = 0; i < level; ++i) {
         r << indentUnit;
     }
-}
-
-Renderer& EndLine(Renderer& r) {
-    *r.out << std::endl;
-    r.atLineStart = true;
-    return r;
 }
 
 }  // namespace Quillo

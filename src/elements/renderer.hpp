@@ -3,11 +3,30 @@
 
 #include <quillo>
 
+#include "elements/small.hpp"
+
 namespace Quillo {
+
+// True of a stream to which a write of some bytes is the same as a write of each of them. A stream
+// that is tied or unit-buffered is flushed with every write, one that throws breaks off at a
+// certain piece, and one that has failed refuses each of them.
+inline bool IsUndisturbed(std::ostream const& stream) {
+    return stream.good() && stream.tie() == nullptr &&
+           (stream.flags() & std::ios_base::unitbuf) == 0 &&
+           stream.exceptions() == std::ios_base::goodbit;
+}
 
 // Writes bytes as they stand. Unformatted output: a width that was set on the stream pads nothing
 // in a page.
 Renderer& WriteBytes(Renderer& r, char const* bytes, std::size_t size);
+
+// The same, and the flush that the line's end, which is the last of the bytes, owes.
+Renderer& WriteLine(Renderer& r, char const* line, std::size_t size);
+
+// What `r << Endl()` does, without an element made for it.
+inline Renderer& EndLine(Renderer& r) {
+    return WriteLine(r, "\n", 1);
+}
 
 // What `r << Indent(level)` does, without a call where it does nothing.
 void WriteIndent(Renderer& r, int level);
@@ -19,9 +38,6 @@ inline void StartLine(Renderer& r, int level) {
         }
     }
 }
-
-// What `r << Endl()` does, without an element made for it: a newline and a flush.
-Renderer& EndLine(Renderer& r);
 
 }  // namespace Quillo
 

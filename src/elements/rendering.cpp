@@ -80,7 +80,7 @@ void CheckFocus(ElementImpl const& element, Renderer& r) {
 // Neither names nor values are escaped: who sets a value passes it through `Filter`.
 void WriteAttributes(ElementImpl const& element, TagWriter& tag) {
     for (auto const& attribute : element.attrs) {
-        tag << ' ' << attribute.first << "=\"" << attribute.second << '"';
+        tag.Attribute(attribute.first, attribute.second);
     }
     for (std::string const& name : element.emptyAttrs) {
         tag << ' ' << name << "=\"\"";
@@ -189,8 +189,8 @@ void ElementImpl::Render(Renderer& r, int level) const {
 
 void TextImpl::Render(Renderer& r, int level) const {
     StartLine(r, level);
-    bool const isPlain = EndOfPlain(text.c_str()) == text.c_str() + text.size();
-    if (isPlain || !filter || IsInScript(*this)) {
+    char const* const end = text.data() + text.size();
+    if (!filter || EndOfPlain(text.data(), end) == end || IsInScript(*this)) {
         r << text;
     } else {
         r << Filter(text);

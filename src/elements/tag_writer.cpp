@@ -3,18 +3,9 @@
 #include "elements/renderer.hpp"
 
 namespace Quillo {
-namespace {
-
-bool IsPlain(std::ostream const& stream) {
-    return stream.good() && stream.tie() == nullptr &&
-           (stream.flags() & std::ios_base::unitbuf) == 0 &&
-           stream.exceptions() == std::ios_base::goodbit;
-}
-
-}  // namespace
 
 TagWriter::TagWriter(Renderer& renderer)
-    : r(renderer), room(IsPlain(*renderer.out) ? sizeof buffer : 0), size(0) {}
+    : r(renderer), room(IsUndisturbed(*renderer.out) ? sizeof buffer : 0), size(0) {}
 
 void TagWriter::AddToFull(std::string_view piece) {
     if (size != 0) {
@@ -38,9 +29,8 @@ void TagWriter::End() {
 void TagWriter::EndLine() {
     if (room != 0) {
         *this << '\n';
-        End();
-        r.out->flush();
-        r.atLineStart = true;
+        WriteLine(r, buffer, size);
+        size = 0;
     } else {
         Quillo::EndLine(r);
     }

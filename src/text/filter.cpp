@@ -1,4 +1,5 @@
 // Text as HTML text: a byte becomes itself, an entity, or '_' behind a warning.
+#include <cstring>
 #include <quillo>
 
 #include "elements/diagnostics.hpp"
@@ -26,14 +27,15 @@ void AppendChanged(char c, std::string& filtered) {
 
 std::string Filter(char const* text) {
     std::string filtered;
+    char const* const end = Cstr(text) + std::strlen(Cstr(text));
     for (char const* p = Cstr(text);; ++p) {
-        char const* const end = EndOfPlain(p);
-        filtered.append(p, end);
-        if (*end == '\0') {
+        char const* const plain = p;
+        p = EndOfPlain(plain, end);
+        filtered.append(plain, static_cast<std::size_t>(p - plain));
+        if (p == end) {
             return filtered;
         }
-        AppendChanged(*end, filtered);
-        p = end;
+        AppendChanged(*p, filtered);
     }
 }
 

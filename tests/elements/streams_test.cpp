@@ -1,6 +1,9 @@
 // What a stream sees of a page: compared with a plain transcription of the rules, which writes each
 // piece by a call of its own, over streams that fail at every byte and in every way.
+#include <pthread.h>
+
 #include <sstream>
+#include <thread>
 #include <tuple>
 
 #include "elements/random_trees.hpp"
@@ -10,7 +13,7 @@ using namespace Quillo;
 
 namespace {
 
-// The rules, piece by piece.
+// The rules, piece by piece, by the stream's own operations.
 class PlainRendering {
 public:
     explicit PlainRendering(std::ostream& stream) : r(stream) {}
@@ -23,7 +26,7 @@ public:
                 Write(*child, level);
             }
         } else if (dynamic_cast<EndlImpl const*>(&element) != nullptr) {
-            r << Endl();
+            EndLine();
         } else if (dynamic_cast<NullImpl const*>(&element) == nullptr) {
             WriteElement(element, level);
         }
@@ -32,12 +35,32 @@ public:
     Renderer r;
 
 private:
+    PlainRendering& operator<<(std::string const& piece) {
+        r.out->write(piece.data(), static_cast<std::streamsize>(piece.size()));
+        r.atLineStart = false;
+        return *this;
+    }
+
+    void EndLine() {
+        *r.out << std::endl;
+        r.atLineStart = true;
+    }
+
+    void StartLine(int level) {
+        bool const isIndented = r.atLineStart && isDebug;
+        r.atLineStart = false;
+        for (int i = 0; isIndented && i < level; ++i) {
+            r.out->write("  ", 2);
+        }
+    }
+
     void WriteText(TextImpl const& text, int level) {
         bool isInScript = false;
         for (ElementImpl const* up = text.parent; up != nullptr; up = up->parent) {
             isInScript = isInScript || up->tag == "script";
         }
-        r << Indent(level) << (text.filter && !isInScript ? Filter(text.text) : text.text);
+        StartLine(level);
+        *this << (text.filter && !isInScript ? Filter(text.text) : text.text);
     }
 
     void WriteElement(ElementImpl const& element, int level) {
@@ -45,7 +68,7 @@ private:
         auto const name = element.attrs.find("name");
         bool const hasName = name != element.attrs.end();
         if (r.oneLineDepth == 0) {
-            r << Indent(level);
+            StartLine(level);
         }
         r.oneLineDepth += element.oneLine ? 1 : 0;
         if (isForm && hasName && r.formName.empty()) {
@@ -54,28 +77,28 @@ private:
         if (element.hasFocus && !isForm && !r.formName.empty() && hasName && r.focusRef.empty()) {
             r.focusRef = r.formName + "." + name->second;
         }
-        r << "<" << element.tag;
+        *this << "<" << element.tag;
         for (auto const& attribute : element.attrs) {
-            r << " " << attribute.first << "=\"" << attribute.second << "\"";
+            *this << " " << attribute.first << "=\"" << attribute.second << "\"";
         }
         for (auto const& empty : element.emptyAttrs) {
-            r << " " << empty << "=\"\"";
+            *this << " " << empty << "=\"\"";
         }
-        r << (element.isLeaf ? " >" : ">");
+        *this << (element.isLeaf ? " >" : ">");
         if (!element.isLeaf) {
             WriteBody(element, level);
-            r << "</" << element.tag << ">";
+            *this << "</" << element.tag << ">";
         }
         r.oneLineDepth -= element.oneLine ? 1 : 0;
         if (r.oneLineDepth == 0) {
-            r << Endl();
+            EndLine();
         }
         if (isForm) {
             r.formName.clear();
             if (!r.focusRef.empty()) {
-                r << "<script type=\"text/javascript\">document." << r.focusRef
-                  << ".focus();</script>";
-                r << Endl();
+                *this << "<script type=\"text/javascript\">document." << r.focusRef
+                      << ".focus();</script>";
+                EndLine();
             }
         }
     }
@@ -85,13 +108,13 @@ private:
             return;
         }
         if (r.oneLineDepth == 0) {
-            r << Endl();
+            EndLine();
         }
         for (auto const& child : element.children) {
             Write(*child, level + 1);
         }
         if (r.oneLineDepth == 0) {
-            r << Indent(level);
+            StartLine(level);
         }
     }
 };
@@ -311,6 +334,28 @@ TEST_F(StreamsTest, TagsLongerThanAnyBufferAreWrittenWhole) {
             }
         }
     }
+}
+
+// Ends its thread at the first byte.
+class EndingBuffer : public std::streambuf {
+    int_type overflow(int_type) override { pthread_exit(nullptr); }
+};
+
+TEST_F(StreamsTest, AThreadThatEndsWhileAPageIsWrittenIsUnwound) {
+    bool isUnwound = false;
+    std::ios_base::iostate state = std::ios_base::goodbit;
+    std::thread([&] {
+        EndingBuffer buffer;
+        std::ostream stream(&buffer);
+        boost::shared_ptr<void> const onUnwinding(nullptr, [&](void*) {
+            isUnwound = true;
+            state = stream.rdstate();
+        });
+        Renderer r(stream);
+        Div().impl->Render(r, 0);
+    }).join();
+    EXPECT_TRUE(isUnwound);
+    EXPECT_EQ(state, std::ios_base::badbit);
 }
 
 }  // namespace

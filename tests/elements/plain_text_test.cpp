@@ -1,0 +1,59 @@
+// Where plain text ends: at every length and place, and for every byte.
+#include "elements/plain_text.hpp"
+
+#include <string>
+
+#include "support/page_test.hpp"
+
+using namespace Quillo;
+
+namespace {
+
+bool IsPlain(char c) {
+    unsigned char const byte = static_cast<unsigned char>(c);
+    return byte >= 0x20 ? std::string("<>&\"\x7F").find(c) == std::string::npos
+                        : c == '\t' || c == '\n';
+}
+
+std::size_t PlainLength(std::string const& text) {
+    return static_cast<std::size_t>(EndOfPlain(text.data(), text.data() + text.size()) -
+                                    text.data());
+}
+
+TEST(PlainTextTest, EndsAtTheFirstByteThatIsNotPlainWhereverThatIs) {
+    for (std::size_t length = 0; length <= 70; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            for (int byte = 0; byte < 0x100; ++byte) {
+                std::string text(length, 'a');
+                text[place] = static_cast<char>(byte);
+                ASSERT_EQ(PlainLength(text), IsPlain(text[place]) ? length : place)
+                    << "byte " << byte << " at " << place << " of " << length;
+            }
+        }
+    }
+}
+
+TEST(PlainTextTest, EndsAtTheFirstOfSeveralBytes) {
+    for (std::size_t length = 2; length <= 50; ++length) {
+        for (std::size_t first = 0; first < length; ++first) {
+            for (std::size_t second = first + 1; second < length; ++second) {
+                std::string text(length, '\t');
+                text[first] = '&';
+                text[second] = '\0';
+                ASSERT_EQ(PlainLength(text), first);
+            }
+        }
+    }
+}
+
+// Each text is a block of its own: the sanitizers see a byte read beside it.
+TEST(PlainTextTest, NoByteBesideTheTextCounts) {
+    for (std::size_t length = 0; length <= 50; ++length) {
+        std::vector<char> const block(length, '\xFF');
+        EXPECT_EQ(EndOfPlain(block.data(), block.data() + length), block.data() + length);
+        std::string const around = '<' + std::string(length, ' ') + '<';
+        EXPECT_EQ(EndOfPlain(&around[1], &around[1] + length), &around[1] + length);
+    }
+}
+
+}  // namespace
