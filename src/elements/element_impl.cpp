@@ -9,10 +9,12 @@
 #include <quillo>
 #include <utility>
 
+#include "elements/pool.hpp"
+
 namespace Quillo {
 namespace {
 
-typedef std::vector<boost::shared_ptr<ElementImpl>> Children;
+using Pool::Children;
 
 // A loop that takes down the children of one element and all below them.
 struct Teardown {
@@ -73,6 +75,16 @@ ElementImpl::~ElementImpl() {
     if (!isReleasedByLoop || !HandOver(*innermost, children)) {
         TakeDown(children);
     }
+    Pool::Give(children);
+    Pool::Give(attrs);
+}
+
+void* ElementImpl::operator new(std::size_t size) {
+    return Pool::Take(size);
+}
+
+void ElementImpl::operator delete(void* element, std::size_t size) noexcept {
+    Pool::Give(element, size);
 }
 
 ContainerImpl::ContainerImpl() : ElementImpl("", false) {}

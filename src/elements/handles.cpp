@@ -5,6 +5,7 @@
 
 #include "elements/joined.hpp"
 #include "elements/leaf_check.hpp"
+#include "elements/pool.hpp"
 
 namespace Quillo {
 
@@ -23,7 +24,7 @@ Text Nbsp() {
 }
 
 Element::Element(boost::shared_ptr<ElementImpl> const& element) : impl(element) {}
-Element::Element(Adopt, ElementImpl* element) : impl(element) {}
+Element::Element(Adopt, ElementImpl* element) : impl(Pool::Share(element)) {}
 
 Element::~Element() = default;
 
@@ -36,19 +37,18 @@ ElementImpl& Element::Checked(boost::shared_ptr<ElementImpl> const& impl) {
     return *impl;
 }
 
-// A setter makes its copies first, for its arguments may be pieces of what it changes, and so that
-// it changes all or nothing when memory runs out.
+// A setter's arguments may be pieces of what it changes, and it changes all or nothing when memory
+// runs out.
 
 Element& Element::SetAttr(std::string const& name, std::string const& value) {
     ElementImpl& element = Checked(impl);
-    std::string copy(value);
-    std::string& attribute = element.attrs[name];
-    // By its place: to erase by name removes a range, which is more code than this.
+    // Found first, for the name may be a piece of the value; and removed by its place, for removing
+    // by name removes a range, which is more code.
     auto const empty = element.emptyAttrs.find(name);
+    Pool::Set(element.attrs, name, value);
     if (empty != element.emptyAttrs.end()) {
         element.emptyAttrs.erase(empty);
     }
-    attribute.swap(copy);
     return *this;
 }
 
@@ -90,6 +90,9 @@ Element const& operator<<(Element const& parent, Element const& child) {
     }
     ElementImpl& element = Element::Checked(parent.impl);
     RefuseLeaf(element);
+    if (element.children.size() == element.children.capacity()) {
+        Pool::Grow(element.children);
+    }
     element.children.push_back(child.impl);
     child.impl->parent = &element;
     return parent;

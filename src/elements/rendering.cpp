@@ -14,6 +14,7 @@
 //
 // `Render` alone recurses. What needs stack (the texts of a report, the strings it builds) is kept
 // out of its frame, in functions that are not inlined.
+#include <cstring>
 #include <string_view>
 
 #include "elements/diagnostics.hpp"
@@ -168,6 +169,27 @@ bool IsInScript(ElementImpl const& element) {
     return false;
 }
 
+// Whether what `text` becomes surely fits into one write: a byte becomes at most "&quot;".
+bool IsShort(std::string const& text) {
+    return text.size() < TagWriter::capacity / 6;
+}
+
+// What `Filter` gives, without a string made for it.
+__attribute__((noinline)) void WriteFiltered(char const* text, Renderer& r) {
+    TagWriter out(r);
+    char const* const end = text + std::strlen(text);
+    for (char const* p = text;; ++p) {
+        char const* const plain = p;
+        p = EndOfPlain(plain, end);
+        out << std::string_view(plain, static_cast<std::size_t>(p - plain));
+        if (p == end) {
+            out.End();
+            return;
+        }
+        out << Replacement(*p);
+    }
+}
+
 }  // namespace
 
 void ElementImpl::Render(Renderer& r, int level) const {
@@ -192,6 +214,8 @@ void TextImpl::Render(Renderer& r, int level) const {
     char const* const end = text.data() + text.size();
     if (!filter || EndOfPlain(text.data(), end) == end || IsInScript(*this)) {
         r << text;
+    } else if (!isSmall && IsShort(text) && IsUndisturbed(*r.out)) {
+        WriteFiltered(text.c_str(), r);
     } else {
         r << Filter(text);
     }

@@ -17,6 +17,8 @@ namespace Quillo {
 // Has a buffer in it: not for a stack frame below which a tree is written.
 class TagWriter {
 public:
+    static constexpr std::size_t capacity = 512;
+
     explicit TagWriter(Renderer& renderer);
     TagWriter(TagWriter const&) = delete;
     TagWriter& operator=(TagWriter const&) = delete;
@@ -62,7 +64,7 @@ private:
     Renderer& r;
     std::size_t room;  // of the buffer; 0: pieces are written by themselves
     std::size_t size;
-    char buffer[512];
+    char buffer[capacity];
 };
 
 }  // namespace Quillo

@@ -5,37 +5,36 @@
 #include "elements/diagnostics.hpp"
 
 namespace Quillo {
-namespace {
 
-// A byte that is not plain.
-void AppendChanged(char c, std::string& filtered) {
-    if (c == '<') {
-        filtered += "&lt;";
-    } else if (c == '>') {
-        filtered += "&gt;";
-    } else if (c == '&') {
-        filtered += "&amp;";
-    } else if (c == '"') {
-        filtered += "&quot;";
-    } else {
-        ReportDiagnostic(logSpecWarn, "Don't know tag for '%c'", static_cast<unsigned char>(c));
-        filtered += '_';
+char const* Replacement(char byte) {
+    switch (byte) {
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '&':
+            return "&amp;";
+        case '"':
+            return "&quot;";
+        default:
+            ReportDiagnostic(logSpecWarn, "Don't know tag for '%c'",
+                             static_cast<unsigned char>(byte));
+            return "_";
     }
 }
 
-}  // namespace
-
 std::string Filter(char const* text) {
+    char const* p = Cstr(text);
+    char const* const end = p + std::strlen(p);
     std::string filtered;
-    char const* const end = Cstr(text) + std::strlen(Cstr(text));
-    for (char const* p = Cstr(text);; ++p) {
+    for (;; ++p) {
         char const* const plain = p;
         p = EndOfPlain(plain, end);
         filtered.append(plain, static_cast<std::size_t>(p - plain));
         if (p == end) {
             return filtered;
         }
-        AppendChanged(*p, filtered);
+        filtered += Replacement(*p);
     }
 }
 

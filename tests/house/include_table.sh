@@ -44,7 +44,7 @@ readonly posix_headers='
 aio cxxabi dirent dlfcn endian execinfo fcntl fnmatch ftw getopt glob grp iconv ifaddrs langinfo
 libgen link malloc mntent monetary mqueue netdb nl_types poll pthread pwd regex sched search
 semaphore spawn stdio_ext strings sysexits syslog tar termios threads ucontext ulimit unistd utime
-utmpx wordexp'
+utmpx wordexp emmintrin'
 readonly system_folders='arpa linux net netinet netpacket sys'
 
 cd "${1:-$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/../..}"
