@@ -1,9 +1,10 @@
 #include <cgicc/HTMLClasses.h>
 
-#include <sstream>
+#include <ostream>
 
 #include "page/compose.hpp"
 #include "page/escape.hpp"
+#include "page/string_buffer.hpp"
 
 namespace Bench {
 namespace {
@@ -65,16 +66,19 @@ public:
         Compose(sink, data);
     }
 
-    void Write(std::string& out) override {
-        std::ostringstream stream;
+    std::string_view Write() override {
+        text_.clear();
+        StringBuffer buffer(text_);
+        std::ostream stream(&buffer);
         root_->render(stream);
-        out = stream.str();
+        return text_;
     }
 
     void Destroy() override { root_.reset(); }
 
 private:
     std::unique_ptr<cgicc::HTMLElement> root_;
+    std::string text_;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 #define QUILLO_BENCH_PAGE_COMPOSE_HPP
 
 #include "page/contender.hpp"
+#include "page/labels.hpp"
 
 namespace Bench {
 
@@ -34,10 +35,7 @@ void ComposeNavBar(Sink& sink, std::vector<std::string> const& labels) {
     sink.Open("span");
     ComposeBarEnd(sink, "/images/widgets/nav_bar/left_on.gif", "10");
     for (std::size_t i = 0; i < labels.size(); ++i) {
-        int const length = static_cast<int>(labels[i].size());
-        std::string const padding = std::to_string(length <= 15 ? 9 + 6 * ((17 - length) / 2) : 9);
-        std::string const style =
-            "padding-left: " + padding + "px;padding-right: " + padding + "px;";
+        std::string const style = PaddedStyle(labels[i]);
         std::string const place = i == 0 ? " first" : i == labels.size() - 1 ? " last" : "";
         sink.Open("span");
         sink.Attribute("class", (i == 0 ? "selected" : "selectable") + place);
@@ -82,9 +80,7 @@ void ComposeTabs(Sink& sink, std::vector<std::string> const& labels) {
             sink.Close();
         }
         sink.Close();
-        ComposeImage(sink, i == labels.size() - 1 ? "/images/tab_set/Tab_RToff.gif"
-                           : i == 0               ? "/images/tab_set/Tab_LTonRToff.gif"
-                                                  : "/images/tab_set/Tab_LToffRToff.gif");
+        ComposeImage(sink, JointBehind(i, labels.size()));
     }
     sink.Close();
 }

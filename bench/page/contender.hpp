@@ -5,9 +5,9 @@
 #ifndef QUILLO_BENCH_PAGE_CONTENDER_HPP
 #define QUILLO_BENCH_PAGE_CONTENDER_HPP
 
-#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Bench {
@@ -33,25 +33,44 @@ struct PageData {
 
 PageData MakePageData(int rows);
 
-// One library's way to the page. The tree, where there is one, lives from `Build` to `Destroy`.
+// One library's way to the page. The tree, where there is one, lives from `Build` to `Destroy`, and
+// what `Write` returns until the next call. What a program would keep from page to page, a buffer
+// or a template, a contender keeps too.
 class Contender {
 public:
     virtual ~Contender() = default;
     virtual void Build(PageData const& data) = 0;
-    virtual void Write(std::string& out) = 0;
+    virtual std::string_view Write() = 0;
     virtual void Destroy() = 0;
 };
 
 struct Entry {
     char const* name;
     std::unique_ptr<Contender> (*make)();
+    bool hasTree;  // what is built is not written already
 };
+
+// Quillo, the libraries that a programmer would pick instead, and the floor. The first is Quillo.
+std::vector<Entry> const& Entries();
+
+// Whether all contenders write the structure that Quillo writes; else says which one does not, and
+// where.
+bool WriteOneStructure(PageData const& data);
+
+// The elements and texts of the page.
+int CountNodes(PageData const& data);
 
 std::unique_ptr<Contender> MakeQuillo();
 std::unique_ptr<Contender> MakePugixml();
 std::unique_ptr<Contender> MakeTinyxml2();
+std::unique_ptr<Contender> MakeTinyxml2Printer();
 std::unique_ptr<Contender> MakeLibxml2();
+std::unique_ptr<Contender> MakeLibxml2Writer();
 std::unique_ptr<Contender> MakeCgicc();
+std::unique_ptr<Contender> MakeCtemplate();
+std::unique_ptr<Contender> MakeOstream();
+std::unique_ptr<Contender> MakeAppend();
+std::unique_ptr<Contender> MakeCopy();
 
 }  // namespace Bench
 

@@ -1,14 +1,8 @@
-#include <libxml/HTMLtree.h>
-#include <libxml/tree.h>
-
 #include "page/compose.hpp"
+#include "page/libxml2_buffer.hpp"
 
 namespace Bench {
 namespace {
-
-xmlChar const* Bytes(char const* text) {
-    return reinterpret_cast<xmlChar const*>(text);
-}
 
 struct Sink {
     xmlNodePtr node;
@@ -36,12 +30,10 @@ public:
         Compose(sink, data);
     }
 
-    void Write(std::string& out) override {
-        xmlBufferPtr const buffer = xmlBufferCreate();
-        xmlNodeDump(buffer, document_, xmlDocGetRootElement(document_), 0, 0);
-        out.assign(reinterpret_cast<char const*>(xmlBufferContent(buffer)),
-                   static_cast<std::size_t>(xmlBufferLength(buffer)));
-        xmlBufferFree(buffer);
+    std::string_view Write() override {
+        xmlBufferEmpty(buffer_.get());
+        xmlNodeDump(buffer_.get(), document_, xmlDocGetRootElement(document_), 0, 0);
+        return TextOf(buffer_.get());
     }
 
     void Destroy() override {
@@ -53,6 +45,7 @@ public:
 
 private:
     xmlDocPtr document_ = nullptr;
+    Libxml2Buffer buffer_ = MakeLibxml2Buffer();
 };
 
 }  // namespace

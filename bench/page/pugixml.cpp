@@ -37,16 +37,18 @@ public:
         Compose(sink, data);
     }
 
-    void Write(std::string& out) override {
-        out.clear();
-        Writer writer(out);
+    std::string_view Write() override {
+        text_.clear();
+        Writer writer(text_);
         document_->first_child().print(writer, "", pugi::format_raw);
+        return text_;
     }
 
     void Destroy() override { document_.reset(); }
 
 private:
     std::unique_ptr<pugi::xml_document> document_;
+    std::string text_;
 };
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include <ostream>
 #include <quillo>
-#include <streambuf>
 
 #include "page/contender.hpp"
+#include "page/string_buffer.hpp"
 
 using namespace Quillo;
 
@@ -20,24 +20,6 @@ std::vector<Slot> Slots(std::vector<std::string> const& labels) {
     }
     return slots;
 }
-
-// Appends to a string.
-class StringBuffer : public std::streambuf {
-public:
-    explicit StringBuffer(std::string& text) : out(text) {}
-
-private:
-    std::streamsize xsputn(char const* bytes, std::streamsize count) override {
-        out.append(bytes, static_cast<std::size_t>(count));
-        return count;
-    }
-    int_type overflow(int_type byte) override {
-        out += traits_type::to_char_type(byte);
-        return byte;
-    }
-
-    std::string& out;
-};
 
 class QuilloPage : public Contender {
 public:
@@ -67,18 +49,20 @@ public:
         page_ = page;
     }
 
-    void Write(std::string& out) override {
-        out.clear();
-        StringBuffer buffer(out);
+    std::string_view Write() override {
+        text_.clear();
+        StringBuffer buffer(text_);
         std::ostream stream(&buffer);
         Renderer renderer(stream);
         page_.impl->Render(renderer, 0);
+        return text_;
     }
 
     void Destroy() override { page_ = Element(); }
 
 private:
     Element page_;
+    std::string text_;
 };
 
 }  // namespace

@@ -28,16 +28,17 @@ public:
         Compose(sink, data);
     }
 
-    void Write(std::string& out) override {
-        tinyxml2::XMLPrinter printer(nullptr, true);
-        document_->Print(&printer);
-        out.assign(printer.CStr(), static_cast<std::size_t>(printer.CStrSize() - 1));
+    std::string_view Write() override {
+        printer_.ClearBuffer();
+        document_->Print(&printer_);
+        return {printer_.CStr(), static_cast<std::size_t>(printer_.CStrSize() - 1)};
     }
 
     void Destroy() override { document_.reset(); }
 
 private:
     std::unique_ptr<tinyxml2::XMLDocument> document_;
+    tinyxml2::XMLPrinter printer_{nullptr, true};
 };
 
 }  // namespace
