@@ -1,5 +1,5 @@
-// Texts that double, through the functions that read a request: "FUNCTION, PATTERN/BYTES". Twice the
-// text takes about twice the time.
+// Texts that double, through the functions that read a request: "FUNCTION, PATTERN/BYTES". Twice
+// the text takes about twice the time.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 

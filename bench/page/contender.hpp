@@ -44,10 +44,16 @@ public:
     virtual void Destroy() = 0;
 };
 
+enum class Kind {
+    Tree,    // builds something that it then writes
+    Writer,  // writes at once; there is nothing to build or destroy
+    Floor    // has the finished page
+};
+
 struct Entry {
     char const* name;
     std::unique_ptr<Contender> (*make)();
-    bool hasTree;  // what is built is not written already
+    Kind kind;
 };
 
 // Quillo, the libraries that a programmer would pick instead, and the floor. The first is Quillo.

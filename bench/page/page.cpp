@@ -80,7 +80,7 @@ int main(int argc, char** argv) {
         }
         for (Entry const& entry : Entries()) {
             Register(entry, data, "whole", MeasureWhole);
-            if (entry.hasTree) {
+            if (entry.kind == Kind::Tree) {
                 Register(entry, data, "phases", MeasurePhases);
             }
         }
