@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Counts the instructions that a page takes a node and Filter a byte: the same figure each time,
-# whatever else the machine does. Fails when one is above its bound.
+# Counts the instructions that a page takes a node and Filter a byte: the same figures each time,
+# whatever else the machine does.
 #
-#     bench/instructions.sh FOLDER          with the program counted in it, on x86-64, by valgrind
-#     bench/instructions.sh FOLDER ppc      on PowerPC, by qemu's trace; there is no bound
+#     bench/instructions.sh COUNTED           on x86-64, by valgrind
+#     bench/instructions.sh COUNTED PLUGIN    on PowerPC, by qemu's plugin; there are no bounds
 #
-# Prints lines of a name, a figure and, where there is one, its bound, set apart by tabs.
+# COUNTED is the program. Prints lines of a work, a figure and, where there is one, its bound, set
+# apart by tabs. The exit code is 1 when a figure is above its bound, and 2 when there is none.
 set -euo pipefail
 export LC_ALL=C
 
@@ -13,39 +14,41 @@ export LC_ALL=C
 # when the library becomes faster.
 declare -A bounds=([whole]=3360 [write]=957 [filter]=14.7)
 
-folder=$1 target=${2:-x86-64}
-emulator=(qemu-ppc -L /usr/powerpc-linux-gnu)
+counted=$1
+if (($# == 2)); then
+    command=(qemu-ppc -L /usr/powerpc-linux-gnu -plugin "file=$2" -d plugin)
+    pattern='^instructions: \([0-9]\+\)$'
+    bounds=()
+else
+    command=(valgrind --tool=callgrind --callgrind-out-file=/dev/null)
+    pattern='^.* Collected : \([0-9]\+\)$'
+fi
 
-# The instructions of a program, from its start to its end.
-count() {  # COMMAND...
-    if [[ $target == ppc ]]; then
-        # Each instruction is a block of its own, and each block leaves a line.
-        "${emulator[@]}" -singlestep -d exec,nochain -D /dev/fd/3 "$@" 3>&1 >/dev/null |
-            grep -c '^Trace'
-    else
-        valgrind --tool=callgrind --callgrind-out-file=/dev/null "$@" 2>&1 >/dev/null |
-            sed -n 's/.*Collected : //p'
+# The instructions of the program from its start to its end.
+count() {  # WORK TIMES
+    local output
+    if ! output=$("${command[@]}" "$counted" "$@" 2>&1 >/dev/null) ||
+        ! grep -q "$pattern" <<<"$output"; then
+        printf 'instructions: nothing was counted by: %s\n%s\n' \
+            "${command[*]} $counted $*" "$output" >&2
+        exit 2
     fi
+    sed -n "s/$pattern/\1/p" <<<"$output"
 }
 
-# How many units a work has.
-units() {  # WORK
-    if [[ $target == ppc ]]; then
-        "${emulator[@]}" "$folder/counted" "$1" 0
-    else
-        "$folder/counted" "$1" 0
-    fi
-}
+# The units of one time.
+units() { "${command[@]}" "$counted" "$1" 0 2>/dev/null; }
+
+is_above() { awk "BEGIN { exit !($1 > $2) }"; }
 
 failed=0
 for work in whole write filter; do
-    once=$(count "$folder/counted" "$work" 1)
-    twice=$(count "$folder/counted" "$work" 2)
+    once=$(count "$work" 1)
+    twice=$(count "$work" 2)
     figure=$(awk "BEGIN { printf \"%.1f\", ($twice - $once) / $(units "$work") }")
-    bound=${bounds[$work]}
-    [[ $target == x86-64 ]] || bound=''
+    bound=${bounds[$work]:-}
     printf '%s\t%s\t%s\n' "$work" "$figure" "$bound"
-    if [[ -n $bound ]] && awk "BEGIN { exit !($figure > $bound) }"; then
+    if [[ -n $bound ]] && is_above "$figure" "$bound"; then
         echo "instructions: $work takes $figure a unit, which is above its bound of $bound" >&2
         failed=1
     fi

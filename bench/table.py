@@ -21,6 +21,7 @@ NOTICEABLE = 0.001
 
 # What is aimed at, as ratios to what stands beside: at most, and at best.
 FASTEST = "the fastest of them"
+FLOORS = ("a copy", "copy its bytes", "append its lines", "line floor", "page floor")
 GOALS = {
     ("page of 100 rows, whole", "cgicc"): (0.70, 0.50),
     ("page of 100 rows, whole", "tinyxml2 DOM"): (0.80, 0.55),
@@ -42,16 +43,21 @@ GOALS = {
     ("PcntDecode, 64 KiB, 50 %", FASTEST): (0.8, 0.4),
 }
 
-# A line of the table. What counts is `ratio`, or `own` where there is none.
-Row = collections.namedtuple("Row", "work beside own other ratio limit stretch")
+# Nodes that share one allocation are as good as without: a text grows a few times, and no more.
+ALLOCATIONS_A_NODE = 0.01
+
+# A line of the table, as it is shown.
+Row = collections.namedtuple("Row", "work beside own other ratio limit stretch result")
+HEADING = Row("Work", "Beside", "Quillo", "The other", "Ratio", "At most", "Stretch", "Result")
 
 
 # --- what a run left behind ----------------------------------------------------------------------
 
 def times(path, field="cpu_time", unit=1e-9, choose=statistics.median):
-    """The time of each benchmark in seconds, chosen from its repetitions."""
+    """The time of each benchmark in seconds, chosen from its repetitions, in the program's order."""
     found = collections.defaultdict(list)
-    for run in json.loads(path.read_text())["benchmarks"]:
+    runs = json.loads(path.read_text())["benchmarks"]
+    for run in sorted(runs, key=lambda run: run["family_index"]):
         if run.get("error_occurred"):
             sys.exit(f"table: {run['name']}: {run['error_message']}")
         if run["run_type"] == "iteration" and field in run:
@@ -59,10 +65,11 @@ def times(path, field="cpu_time", unit=1e-9, choose=statistics.median):
     return {name: choose(values) for name, values in found.items()}
 
 
-def figures(path):
-    """The lines NAME<TAB>NUMBER of a file."""
-    lines = (line.split("\t") for line in path.read_text().splitlines())
-    return {name: float(number) for name, number in lines}
+def lines(path):
+    """The fields of each line, of which the first is a name and the others are numbers or empty."""
+    for line in path.read_text().splitlines():
+        name, *numbers = line.split("\t")
+        yield name, *(float(number) if number else None for number in numbers)
 
 
 def contenders(measured, work):
@@ -73,21 +80,34 @@ def contenders(measured, work):
 
 # --- rows ----------------------------------------------------------------------------------------
 
-def goal_of(work, beside, is_fastest):
-    goal = GOALS.get((work, beside))
-    if goal is None and is_fastest:
-        goal = GOALS.get((work, FASTEST))
-    return goal or (None, None)
+def judge(value, limit, stretch=None):
+    if value is None or limit is None:
+        return ""
+    if value > limit:
+        return "MISSED"
+    return "stretch" if stretch is not None and value <= stretch else "met"
+
+
+def ratio_row(work, beside, own, other, ratio, goal):
+    limit, stretch = goal
+    return Row(work, beside, own, other, show_ratio(ratio), show_ratio(limit), show_ratio(stretch),
+               judge(ratio, limit, stretch))
+
+
+def figure_row(work, own, limit, show):
+    return Row(work, "", show(own), "", "", "" if limit is None else show(limit), "",
+               judge(own, limit))
 
 
 def rows_of(work, measured, show):
-    """Quillo beside each other contender of a work, in the order they were measured."""
+    """Quillo beside each other contender of a work."""
     peers = {name: value for name, value in measured.items() if name != "quillo"}
+    fastest = min((name for name in peers if name not in FLOORS), key=peers.get, default=None)
     own = measured["quillo"]
     for beside, value in peers.items():
-        goal = goal_of(work, beside, value == min(peers[p] for p in peers if p != "a copy"))
-        ratio = own / value if value else None
-        yield Row(work, beside, show(own), show(value), ratio, *goal)
+        goal = GOALS.get((work, beside)) or beside == fastest and GOALS.get((work, FASTEST))
+        yield ratio_row(work, beside, show(own), show(value), own / value if value else None,
+                        goal or (None, None))
 
 
 def page_rows(folder):
@@ -127,11 +147,42 @@ def doubling_rows(folder):
         work, size = name.rsplit("/", 1)
         sizes[work][int(size)] = value
     for work, values in sizes.items():
-        smallest, largest = min(values), max(values)
+        smallest, *_, half, largest = sorted(values)
         growth = values[largest] / values[smallest]
         ratio = growth ** (1 / (len(values) - 1)) if values[largest] > NOTICEABLE else None
-        yield Row(f"{work}, {show_size(largest)}", "half of it, on the way from "
-                  + show_size(smallest), show_time(values[largest]), "", ratio, DOUBLING, None)
+        yield ratio_row(f"{work}, {show_size(largest)}", f"{show_size(half)}, as a mean from "
+                        + show_size(smallest), show_time(values[largest]),
+                        show_time(values[half]), ratio, (DOUBLING, None))
+
+
+def memory_rows(folder):
+    measured = dict(lines(folder / "memory.tsv"))
+    work = "page of 100 rows, allocations a node"
+    yield from rows_of(f"{work}, build", contenders(measured, "100/build"), show_number)
+    yield from rows_of(f"{work}, write", contenders(measured, "100/write"), show_number)
+    yield figure_row(f"{work}, write", measured["100/write/quillo"], ALLOCATIONS_A_NODE,
+                     show_number)
+    for count in (100, 1000, 10000):
+        yield from rows_of(f"page of {count:,} rows, memory at most",
+                           contenders(measured, f"{count}/peak"), show_size)
+
+
+def instruction_rows(folder):
+    titles = {"whole": "page of 100 rows, instructions a node, whole",
+              "write": "page of 100 rows, instructions a node, write",
+              "filter": "Filter, 4 KiB, 2 %, instructions a byte"}
+    for target in ("x86-64", "PowerPC"):
+        for work, figure, bound in lines(folder / f"instructions-{target}.tsv"):
+            yield figure_row(f"{titles[work]}, {target}", figure, bound, "{:,.1f}".format)
+
+
+def size_rows(folder):
+    show = {"load": lambda microseconds: show_time(microseconds * 1e-6)}
+    for path in sorted(folder.glob("size-*.tsv"), reverse=True):
+        option = path.stem[len("size-"):].replace("_", " ")
+        for what, figure in lines(path):
+            yield figure_row(f"libquillo.so, {option}, {what}", figure, None,
+                             show.get(what, "{:,.0f}".format))
 
 
 # --- how they are shown --------------------------------------------------------------------------
@@ -139,8 +190,8 @@ def doubling_rows(folder):
 def show_size(count):
     for unit, size in (("MiB", 1 << 20), ("KiB", 1 << 10)):
         if count >= size:
-            return f"{count // size} {unit}"
-    return f"{count} B"
+            return f"{count / size:.3g} {unit}"
+    return f"{count:.0f} B"
 
 
 def show_time(seconds):
@@ -154,45 +205,45 @@ def show_ratio(ratio):
     return "" if ratio is None else f"{ratio:.2f}" if ratio < 10 else f"{ratio:.0f}"
 
 
-def verdict(row):
-    if row.limit is None or row.ratio is None:
-        return ""
-    if row.ratio > row.limit:
-        return "MISSED"
-    return "stretch" if row.stretch is not None and row.ratio <= row.stretch else "met"
+def show_number(number):
+    return f"{number:.2f}" if number >= 0.095 or number == 0 else f"{number:.3f}"
 
 
 def table(rows):
-    lines = [("Work", "Beside", "Quillo", "The other", "Ratio", "At most", "Stretch", "Result")]
-    lines += [(row.work, row.beside, row.own, row.other, show_ratio(row.ratio),
-               show_ratio(row.limit), show_ratio(row.stretch), verdict(row)) for row in rows]
-    widths = [max(map(len, column)) for column in zip(*lines)]
-    is_text = (True, True, False, False, False, False, False, True)
+    cells = [HEADING, *rows]
+    widths = [max(map(len, column)) for column in zip(*cells)]
+    is_text = [name in ("work", "beside", "result") for name in Row._fields]
     rule = ["-" * width if text else "-" * (width - 1) + ":"
             for width, text in zip(widths, is_text)]
-    for line in [lines[0], rule] + lines[1:]:
-        cells = [cell.ljust(width) if text else cell.rjust(width)
-                 for cell, width, text in zip(line, widths, is_text)]
-        yield "| " + " | ".join(cells) + " |"
+    for line in [HEADING, rule, *rows]:
+        padded = [cell.ljust(width) if text else cell.rjust(width)
+                  for cell, width, text in zip(line, widths, is_text)]
+        yield "| " + " | ".join(padded) + " |"
 
 
 def summary(rows):
-    found = collections.Counter(filter(None, map(verdict, rows)))
-    return (f"{found['met'] + found['stretch']} limits are kept, {found['stretch']} of them with "
-            f"the stretch figure, and {found['MISSED']} are missed.")
+    found = collections.Counter(row.result for row in rows)
+    yield (f"{found['met'] + found['stretch']} limits are kept, {found['stretch']} of them with "
+           f"the stretch figure, and {found['MISSED']} are missed{':' if found['MISSED'] else '.'}")
+    yield ""
+    for row in rows:
+        if row.result == "MISSED":
+            yield (f"- {row.work}: {row.ratio + ' x ' + row.beside if row.ratio else row.own}, "
+                   f"at most {row.limit}")
 
 
 def main():
     folder, document, heading = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]), sys.argv[3:]
     doubling = list(doubling_rows(folder))
-    rows = [*page_rows(folder), *flush_rows(folder), *text_rows(folder), *doubling]
-    text = "\n".join([*heading, "", *table(rows), "", summary(rows), ""])
+    rows = [*page_rows(folder), *memory_rows(folder), *flush_rows(folder), *text_rows(folder),
+            *doubling, *instruction_rows(folder), *size_rows(folder)]
+    text = "\n".join([*heading, "", *table(rows), "", *summary(rows), ""])
     print(text, end="")
     kept, mark, _ = document.read_text().partition(MARK)
     if not mark:
         sys.exit(f"table: {document} has no line {MARK}")
     document.write_text(f"{kept}{MARK}\n\n{text}")
-    return any(verdict(row) == "MISSED" for row in doubling)
+    return any(row.result == "MISSED" for row in doubling)
 
 
 if __name__ == "__main__":
