@@ -3,9 +3,14 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <quillo>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "quiet_platform.hpp"
 
 using namespace Quillo;
 
@@ -43,6 +48,18 @@ void SplitAtAll(std::string const& text) {
     benchmark::DoNotOptimize(fields.data());
 }
 
+// The text is the answer to the query.
+void Query(std::string const& text) {
+    Bench::answer = text;
+    ZOV_AppData request = {};
+    std::vector<std::vector<std::string>> rows;
+    if (GetObject(request, ObjectType_Sys, "interfaces", {"name", "mtu"}, rows) != 0) {
+        std::fprintf(stderr, "doubling: no pipe holds the %zu bytes of an answer\n", text.size());
+        std::exit(1);
+    }
+    benchmark::DoNotOptimize(rows.data());
+}
+
 // What a call reports stays in `debugMsgs`, so each call starts with an empty one. The time of
 // letting go of the lines belongs to the call that made them.
 void Measure(benchmark::State& state, void (*call)(std::string const&),
@@ -54,11 +71,15 @@ void Measure(benchmark::State& state, void (*call)(std::string const&),
     }
 }
 
-void Register(std::string const& function, void (*call)(std::string const&)) {
-    for (std::string const pattern : {"&", "=", "a=&", "%", "a=1&b=2&"}) {
+// A pattern as it is shown, and as it is.
+typedef std::vector<std::pair<std::string, std::string>> Patterns;
+
+void Register(std::string const& function, void (*call)(std::string const&),
+              Patterns const& patterns) {
+    for (auto const& [name, pattern] : patterns) {
         benchmark::RegisterBenchmark(
-            (function + ", " + pattern).c_str(),
-            [call, pattern](benchmark::State& state) { Measure(state, call, pattern); })
+            (function + ", " + name).c_str(),
+            [call, text = pattern](benchmark::State& state) { Measure(state, call, text); })
             ->RangeMultiplier(2)
             ->Range(smallest, largest);
     }
@@ -74,9 +95,13 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
     }
-    Register("ParseUri", Parse);
-    Register("GetUriArgs", Read);
-    Register("Split", SplitAtAll);
+    Patterns const queries = {
+        {"&", "&"}, {"=", "="}, {"a=&", "a=&"}, {"%", "%"}, {"a=1&b=2&", "a=1&b=2&"}};
+    Patterns const answers = {{"a", "a"}, {"TAB", "\t"}, {"NL", "\n"}, {"a TAB b NL", "a\tb\n"}};
+    Register("ParseUri", Parse, queries);
+    Register("GetUriArgs", Read, queries);
+    Register("Split", SplitAtAll, queries);
+    Register("GetObject", Query, answers);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
