@@ -26,32 +26,32 @@ std::size_t CountNodes(Quillo::ElementImpl const& element) {
     return count;
 }
 
-std::size_t Whole(int times) {
+std::size_t Whole(long times) {
     PageData const data = MakePageData(rows);
     std::string text;
-    for (int i = 0; i < times; ++i) {
+    for (long i = 0; i < times; ++i) {
         text.clear();
         AppendTree(MakeTree(data), text);
     }
     return CountNodes(*MakeTree(data).impl);
 }
 
-std::size_t Write(int times) {
+std::size_t Write(long times) {
     Quillo::Element const tree = MakeTree(MakePageData(rows));
     std::string text;
-    for (int i = 0; i < times; ++i) {
+    for (long i = 0; i < times; ++i) {
         text.clear();
         AppendTree(tree, text);
     }
     return CountNodes(*tree.impl);
 }
 
-std::size_t Filter(int times) {
+std::size_t Filter(long times) {
     std::string text(4096, 'a');
     for (std::size_t i = 0; i < text.size(); i += 50) {
         text[i] = "<>&\""[i / 50 % 4];
     }
-    for (int i = 0; i < times; ++i) {
+    for (long i = 0; i < times; ++i) {
         text.back() = Quillo::Filter(text).back();
     }
     return text.size();
@@ -59,7 +59,7 @@ std::size_t Filter(int times) {
 
 struct Work {
     char const* name;
-    std::size_t (*run)(int times);
+    std::size_t (*run)(long times);
 };
 
 Work const works[] = {{"whole", Whole}, {"write", Write}, {"filter", Filter}};
@@ -69,7 +69,7 @@ Work const works[] = {{"whole", Whole}, {"write", Write}, {"filter", Filter}};
 int main(int argc, char** argv) {
     for (Work const& work : works) {
         if (argc == 3 && std::strcmp(argv[1], work.name) == 0) {
-            std::printf("%zu\n", work.run(std::atoi(argv[2])));
+            std::printf("%zu\n", work.run(std::strtol(argv[2], nullptr, 10)));
             return 0;
         }
     }

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <quillo>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "quiet_platform.hpp"
@@ -72,16 +71,23 @@ void Measure(benchmark::State& state, void (*call)(std::string const&),
 }
 
 // A pattern as it is shown, and as it is.
-typedef std::vector<std::pair<std::string, std::string>> Patterns;
+struct Pattern {
+    std::string name;
+    std::string text;
+};
 
-void Register(std::string const& function, void (*call)(std::string const&),
-              Patterns const& patterns) {
-    for (auto const& [name, pattern] : patterns) {
-        benchmark::RegisterBenchmark(
-            (function + ", " + name).c_str(),
-            [call, text = pattern](benchmark::State& state) { Measure(state, call, text); })
-            ->RangeMultiplier(2)
-            ->Range(smallest, largest);
+void Register(std::string const& name, void (*call)(std::string const&),
+              std::string const& pattern) {
+    benchmark::RegisterBenchmark(
+        name.c_str(), [call, pattern](benchmark::State& state) { Measure(state, call, pattern); })
+        ->RangeMultiplier(2)
+        ->Range(smallest, largest);
+}
+
+void RegisterAll(std::string const& function, void (*call)(std::string const&),
+                 std::vector<Pattern> const& patterns) {
+    for (Pattern const& pattern : patterns) {
+        Register(std::string(function).append(", ").append(pattern.name), call, pattern.text);
     }
 }
 
@@ -95,13 +101,14 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
     }
-    Patterns const queries = {
+    std::vector<Pattern> const queries = {
         {"&", "&"}, {"=", "="}, {"a=&", "a=&"}, {"%", "%"}, {"a=1&b=2&", "a=1&b=2&"}};
-    Patterns const answers = {{"a", "a"}, {"TAB", "\t"}, {"NL", "\n"}, {"a TAB b NL", "a\tb\n"}};
-    Register("ParseUri", Parse, queries);
-    Register("GetUriArgs", Read, queries);
-    Register("Split", SplitAtAll, queries);
-    Register("GetObject", Query, answers);
+    std::vector<Pattern> const answers = {
+        {"a", "a"}, {"TAB", "\t"}, {"NL", "\n"}, {"a TAB b NL", "a\tb\n"}};
+    RegisterAll("ParseUri", Parse, queries);
+    RegisterAll("GetUriArgs", Read, queries);
+    RegisterAll("Split", SplitAtAll, queries);
+    RegisterAll("GetObject", Query, answers);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

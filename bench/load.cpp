@@ -27,17 +27,18 @@ bool LoadOnce(char const* library) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    int const times = argc == 3 ? std::atoi(argv[2]) : 0;
+    long const times = argc == 3 ? std::strtol(argv[2], nullptr, 10) : 0;
     if (times <= 0) {
         std::fprintf(stderr, "usage: load LIBRARY TIMES\n");
         return 2;
     }
     std::clock_t const begin = std::clock();
-    for (int i = 0; i < times; ++i) {
+    for (long i = 0; i < times; ++i) {
         if (!LoadOnce(argv[1])) {
             return 1;
         }
     }
-    std::printf("%.1f\n", static_cast<double>(std::clock() - begin) * 1e6 / CLOCKS_PER_SEC / times);
+    std::printf("%.1f\n", static_cast<double>(std::clock() - begin) * 1e6 / CLOCKS_PER_SEC /
+                              static_cast<double>(times));
     return 0;
 }

@@ -10,6 +10,7 @@ export LC_ALL=C
 cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 builds=$(readlink -f "$1")
 build=$builds/bench
+counter=$build/lib/libinstruction_counter.so
 results=$build/results
 rm -rf "$results"
 mkdir -p "$results"
@@ -46,13 +47,13 @@ say "memory"
 "$build/bin/memory" >"$results/memory.tsv"
 say "instructions"
 bench/instructions.sh "$build/bin/counted" >"$results/instructions-x86-64.tsv" || (($? == 1))
-bench/instructions.sh "$builds/bench-device/bin/counted" "$build/lib/libinstruction_counter.so" \
+bench/instructions.sh "$builds/bench-device/bin/counted" "$counter" \
     >"$results/instructions-PowerPC.tsv"
 say "size"
 bench/size.sh "$build" >"$results/size-x86-64,_release.tsv"
 bench/size.sh "$builds/bench-small" >"$results/size-x86-64,_small.tsv"
-bench/size.sh "$builds/bench-ppc" powerpc-linux-gnu- >"$results/size-PowerPC,_release.tsv"
-bench/size.sh "$builds/bench-device" powerpc-linux-gnu- >"$results/size-PowerPC,_small.tsv"
+bench/size.sh "$builds/bench-ppc" "$counter" >"$results/size-PowerPC,_release.tsv"
+bench/size.sh "$builds/bench-device" "$counter" >"$results/size-PowerPC,_small.tsv"
 measure page 0.05 9
 measure flush 0.05 9
 measure text 0.02 9

@@ -49,17 +49,18 @@ struct NodeCounter {
 }  // namespace
 
 std::vector<Entry> const& Entries() {
-    static std::vector<Entry> const entries = {{"quillo", MakeQuillo, Kind::Tree},
-                                               {"pugixml", MakePugixml, Kind::Tree},
-                                               {"tinyxml2 DOM", MakeTinyxml2, Kind::Tree},
-                                               {"libxml2 DOM", MakeLibxml2, Kind::Tree},
-                                               {"cgicc", MakeCgicc, Kind::Tree},
-                                               {"ctemplate", MakeCtemplate, Kind::Tree},
-                                               {"tinyxml2 printer", MakeTinyxml2Printer, Kind::Writer},
-                                               {"libxml2 writer", MakeLibxml2Writer, Kind::Writer},
-                                               {"plain ostream", MakeOstream, Kind::Writer},
-                                               {"append its lines", MakeAppend, Kind::Floor},
-                                               {"copy its bytes", MakeCopy, Kind::Floor}};
+    static std::vector<Entry> const entries = {
+        {"quillo", MakeQuillo, Kind::Tree},
+        {"pugixml", MakePugixml, Kind::Tree},
+        {"tinyxml2 DOM", MakeTinyxml2, Kind::Tree},
+        {"libxml2 DOM", MakeLibxml2, Kind::Tree},
+        {"cgicc", MakeCgicc, Kind::Tree},
+        {"ctemplate", MakeCtemplate, Kind::Tree},
+        {"tinyxml2 printer", MakeTinyxml2Printer, Kind::Writer},
+        {"libxml2 writer", MakeLibxml2Writer, Kind::Writer},
+        {"plain ostream", MakeOstream, Kind::Writer},
+        {"append its lines", MakeAppend, Kind::Floor},
+        {"copy its bytes", MakeCopy, Kind::Floor}};
     return entries;
 }
 

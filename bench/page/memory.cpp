@@ -38,25 +38,25 @@ void* Noted(void* block) {
 
 }  // namespace
 
-// The C library's own, under the names by which it can be reached when it is replaced.
 extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-void __libc_free(void* block);
+// The C library's own, by the names that they keep when they are replaced.
+void* LibcMalloc(std::size_t size) __asm__("__libc_malloc");
+void* LibcCalloc(std::size_t count, std::size_t size) __asm__("__libc_calloc");
+void* LibcRealloc(void* block, std::size_t size) __asm__("__libc_realloc");
+void* LibcMemalign(std::size_t alignment, std::size_t size) __asm__("__libc_memalign");
+void LibcFree(void* block) __asm__("__libc_free");
 
 void* malloc(std::size_t size) noexcept {
-    return Noted(__libc_malloc(size));
+    return Noted(LibcMalloc(size));
 }
 
 void* calloc(std::size_t count, std::size_t size) noexcept {
-    return Noted(__libc_calloc(count, size));
+    return Noted(LibcCalloc(count, size));
 }
 
 void* realloc(void* block, std::size_t size) noexcept {
     long const former = SizeOf(block);
-    void* const moved = __libc_realloc(block, size);
+    void* const moved = LibcRealloc(block, size);
     if (moved != nullptr || size == 0) {
         heap.bytes -= former;
     }
@@ -64,7 +64,7 @@ void* realloc(void* block, std::size_t size) noexcept {
 }
 
 void* memalign(std::size_t alignment, std::size_t size) noexcept {
-    return Noted(__libc_memalign(alignment, size));
+    return Noted(LibcMemalign(alignment, size));
 }
 
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
@@ -78,7 +78,7 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexce
 
 void free(void* block) noexcept {
     heap.bytes -= SizeOf(block);
-    __libc_free(block);
+    LibcFree(block);
 }
 }
 

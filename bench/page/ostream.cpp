@@ -10,47 +10,48 @@ namespace Bench {
 namespace {
 
 void WriteNavBar(std::ostream& out, std::vector<std::string> const& labels) {
-    out << "<div id=\"nav_bar\">\n<span><img alt=\"\" class=\"middle\" height=\"20\" "
-           "src=\"/images/widgets/nav_bar/left_on.gif\" width=\"10\">";
+    out << R"(<div id="nav_bar"><span><img alt="" class="middle" height="20" )"
+           R"(src="/images/widgets/nav_bar/left_on.gif" width="10">)";
     for (std::size_t i = 0; i < labels.size(); ++i) {
         std::string const label = Escaped(labels[i]);
         if (i == 0) {
-            out << "<span class=\"selected first\" style=\"" << PaddedStyle(labels[i]) << "\">"
+            out << R"(<span class="selected first" style=")" << PaddedStyle(labels[i]) << "\">"
                 << label << "</span>";
         } else {
-            out << "<span class=\"selectable" << (i == labels.size() - 1 ? " last" : "")
-                << "\"><a href=\"/" << label << "\" style=\"" << PaddedStyle(labels[i]) << "\">"
+            out << R"(<span class="selectable)" << (i == labels.size() - 1 ? " last" : "")
+                << R"("><a href="/)" << label << R"(" style=")" << PaddedStyle(labels[i]) << "\">"
                 << label << "</a></span>";
         }
     }
-    out << "<img alt=\"\" class=\"middle\" height=\"20\" "
-           "src=\"/images/widgets/nav_bar/right_off.gif\" width=\"8\"></span>\n</div>\n";
+    out << R"(<img alt="" class="middle" height="20" )"
+           R"(src="/images/widgets/nav_bar/right_off.gif" width="8"></span></div>)"
+        << '\n';
 }
 
 void WriteTabs(std::ostream& out, std::vector<std::string> const& labels) {
-    out << "<div id=\"tabs\"><img class=\"endCap\" height=\"24\" "
-           "src=\"/images/tab_set/Tab_TopBG_R.gif\" width=\"4\">"
-           "<img class=\"middle\" src=\"/images/tab_set/Tab_LTon.gif\">";
+    out << R"(<div id="tabs"><img class="endCap" height="24" )"
+           R"(src="/images/tab_set/Tab_TopBG_R.gif" width="4">)"
+           R"(<img class="middle" src="/images/tab_set/Tab_LTon.gif">)";
     for (std::size_t i = 0; i < labels.size(); ++i) {
         std::string const label = Escaped(labels[i]);
-        out << "<span class=\"" << (i == 0 ? "selected" : "selectable")
-            << "\" style=\"top: 1px; padding-bottom: 4px\">";
+        out << R"(<span class=")" << (i == 0 ? "selected" : "selectable")
+            << R"(" style="top: 1px; padding-bottom: 4px">)";
         if (i == 0) {
             out << label;
         } else {
-            out << "<a href=\"/" << label << "\">" << label << "</a>";
+            out << R"(<a href="/)" << label << "\">" << label << "</a>";
         }
-        out << "</span><img class=\"middle\" src=\"" << JointBehind(i, labels.size()) << "\">";
+        out << R"(</span><img class="middle" src=")" << JointBehind(i, labels.size()) << "\">";
     }
     out << "</div>\n";
 }
 
 void WriteTable(std::ostream& out, std::vector<Row> const& rows) {
-    out << "<table class=\"records\" id=\"interfaces\">\n";
+    out << R"(<table class="records" id="interfaces">)" << '\n';
     for (Row const& row : rows) {
-        out << "<tr id=\"" << row.id << "\" title=\"" << row.title << "\">\n";
+        out << R"(<tr id=")" << row.id << R"(" title=")" << row.title << "\">\n";
         for (Cell const& cell : row.cells) {
-            out << "<td class=\"value\" style=\"" << cell.style << "\">" << Escaped(cell.text)
+            out << R"(<td class="value" style=")" << cell.style << "\">" << Escaped(cell.text)
                 << "</td>\n";
         }
         out << "</tr>\n";
@@ -59,12 +60,12 @@ void WriteTable(std::ostream& out, std::vector<Row> const& rows) {
 }
 
 void WritePage(std::ostream& out, PageData const& data) {
-    out << "<div id=\"page\">\n";
+    out << R"(<div id="page">)" << '\n';
     WriteNavBar(out, data.items);
-    out << "<div id=\"tab_set\">\n";
+    out << R"(<div id="tab_set">)" << '\n';
     WriteTabs(out, data.tabs);
-    out << "<div class=\"content\" style=\"padding: 10px\">\n<div>\n"
-           "<div class=\"breadcrumb allSmall\">\n<h2>"
+    out << R"(<div class="content" style="padding: 10px"><div>)"
+           R"(<div class="breadcrumb allSmall"><h2>)"
         << Escaped(data.title) << "</h2>\n</div>\n";
     WriteTable(out, data.rows);
     out << "</div>\n</div>\n</div>\n</div>\n";

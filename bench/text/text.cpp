@@ -1,8 +1,8 @@
 // Texts that are made fit for HTML and for a URI, by Quillo and by the libraries that a programmer
 // would pick instead: "WORK/BYTES/PERCENT/CONTENDER". All contenders are checked first to give the
 // same text.
+#include <cstdint>
 #include <cstdio>
-#include <random>
 
 #include "text/contender.hpp"
 
@@ -11,9 +11,13 @@ namespace {
 
 // `size` bytes, of which about `percent` in a hundred are `special`, the others letters and digits.
 // The same call gives the same text.
-std::string MakeText(std::size_t size, unsigned percent, std::string const& special) {
+std::string MakeText(unsigned size, unsigned percent, std::string const& special) {
     std::string const plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
-    std::mt19937 random;
+    std::uint32_t state = 0;
+    auto const random = [&state] {
+        state = state * 1664525 + 1013904223;  // Knuth's; the upper bits are the better ones
+        return state >> 16;
+    };
     std::string text;
     while (text.size() < size) {
         std::string const& bytes = random() % 100 < percent ? special : plain;
@@ -58,8 +62,8 @@ bool Register(std::string const& work, std::vector<TextContender> const& contend
 
 bool RegisterFilters() {
     bool isGood = true;
-    for (std::size_t const size : {32, 4096, 262144}) {
-        for (unsigned const percent : {0, 2, 20}) {
+    for (unsigned const size : {32U, 4096U, 262144U}) {
+        for (unsigned const percent : {0U, 2U, 20U}) {
             std::string const work =
                 "filter/" + std::to_string(size) + "/" + std::to_string(percent);
             isGood = Register(work, Filters(), MakeText(size, percent, "<>&\"")) && isGood;
@@ -70,8 +74,8 @@ bool RegisterFilters() {
 
 bool RegisterPercents() {
     bool isGood = true;
-    for (std::size_t const size : {100, 65536}) {
-        for (unsigned const percent : {10, 50}) {
+    for (unsigned const size : {100U, 65536U}) {
+        for (unsigned const percent : {10U, 50U}) {
             std::string const work = "/" + std::to_string(size) + "/" + std::to_string(percent);
             std::string const text = MakeText(size, percent, " &=%?#+<>\"");
             std::string const encoded = ResultOf(Encoders().front(), text);
