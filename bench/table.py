@@ -54,7 +54,7 @@ HEADING = Row("Work", "Beside", "Quillo", "The other", "Ratio", "At most", "Stre
 # --- what a run left behind ----------------------------------------------------------------------
 
 def times(path, field="cpu_time", unit=1e-9, choose=statistics.median):
-    """The time of each benchmark in seconds, chosen from its repetitions, in the program's order."""
+    """Each benchmark's time in seconds, chosen from its repetitions, in the program's order."""
     found = collections.defaultdict(list)
     runs = json.loads(path.read_text())["benchmarks"]
     for run in sorted(runs, key=lambda run: run["family_index"]):
@@ -123,9 +123,9 @@ def page_rows(folder):
 
 def flush_rows(folder):
     measured = times(folder / "flush.json")
-    for where in ("file", "pipe", "memory"):
-        yield from rows_of(f"page of 100 rows, to a {where}".replace("a memory", "memory"),
-                           contenders(measured, f"flush/{where}"), show_time)
+    for where, target in (("a file", "file"), ("a pipe", "pipe"), ("memory", "memory")):
+        yield from rows_of(f"page of 100 rows, to {where}",
+                           contenders(measured, f"flush/{target}"), show_time)
 
 
 def text_rows(folder):

@@ -11,11 +11,13 @@ namespace {
 
 char const source[] =
     R"(<div id="page"><div id="nav_bar"><span>)"
-    R"(<img alt="" class="middle" height="20" src="/images/widgets/nav_bar/left_on.gif" width="10">)"
+    R"(<img alt="" class="middle" height="20" )"
+    R"(src="/images/widgets/nav_bar/left_on.gif" width="10">)"
     R"({{#SELECTED}}<span class="selected first" style="{{STYLE}}">{{TEXT:h}}</span>{{/SELECTED}})"
     R"({{#ITEM}}<span class="selectable{{PLACE}}"><a href="/{{TEXT:h}}" style="{{STYLE}}">)"
     R"({{TEXT:h}}</a></span>{{/ITEM}})"
-    R"(<img alt="" class="middle" height="20" src="/images/widgets/nav_bar/right_off.gif" width="8">)"
+    R"(<img alt="" class="middle" height="20" )"
+    R"(src="/images/widgets/nav_bar/right_off.gif" width="8">)"
     R"(</span></div><div id="tab_set"><div id="tabs">)"
     R"(<img class="endCap" height="24" src="/images/tab_set/Tab_TopBG_R.gif" width="4">)"
     R"(<img class="middle" src="/images/tab_set/Tab_LTon.gif">)"
