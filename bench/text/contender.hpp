@@ -15,8 +15,9 @@ struct TextContender {
     void (*run)(std::string const& text, std::string* copy);
 };
 
-// What a contender does with its result before it lets go of it.
-inline void Take(char const* result, std::string* copy) {
+// What a contender does with its result before it lets go of it. The pointer is const: of one that
+// is not, the benchmark's library tells the compiler that it changes, and GCC may then lose it.
+inline void Take(char const* const result, std::string* copy) {
     benchmark::DoNotOptimize(result);
     if (copy != nullptr) {
         *copy = result;
