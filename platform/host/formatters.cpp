@@ -18,9 +18,11 @@ namespace {
 constexpr std::size_t noColumn = static_cast<std::size_t>(-1);
 
 std::optional<Table> ReadObject(std::string const& object, ProviderList providers) {
+    std::size_t const blank = std::min(object.find(' '), object.size());
+    bool const isSearch = blank != object.size();
     for (Provider const& provider : providers)
-        if (object == provider.object)
-            return provider.read();
+        if (object.compare(0, blank, provider.object) == 0 && (!isSearch || provider.find))
+            return isSearch ? provider.find(object.substr(blank + 1)) : provider.read();
     return std::nullopt;
 }
 

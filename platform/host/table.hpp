@@ -23,9 +23,13 @@ struct Table {
 // An object that the service knows: its name, and what reads it at the time of the query. A reader
 // returns nothing, behind a log entry, when the object cannot be had at all; it may throw
 // std::bad_alloc.
+//
+// Of an object that is too large to be read as a whole, records may be searched for: what stands
+// behind the name and a blank is handed to `find`. Null: the object is known by its name alone.
 struct Provider {
     char const* object;
     std::optional<Table> (*read)();
+    std::optional<Table> (*find)(std::string const& sought) = nullptr;
 };
 
 // The objects of one kind. The array belongs to whoever made the list, and stays.

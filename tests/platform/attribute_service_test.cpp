@@ -39,7 +39,15 @@ std::optional<Table> Greedy() {
     throw std::bad_alloc();
 }
 
-Provider const objects[] = {{"pets", Pets}, {"nobody", Nobody}, {"gone", Gone}, {"greedy", Greedy}};
+std::optional<Table> FindPets(std::string const& sought) {
+    return Table{{"name"}, {{"<" + sought + ">"}}};
+}
+
+Provider const objects[] = {{"pets", Pets},
+                            {"nobody", Nobody},
+                            {"gone", Gone},
+                            {"greedy", Greedy},
+                            {"zoo", Nobody, FindPets}};
 ProviderList const providers{objects, std::size(objects)};
 
 std::string Answer(RequestState const& state) {
@@ -78,6 +86,15 @@ TEST(Answer, IsTheDefaultAloneWithoutAnObject) {
     EXPECT_EQ(Answer(Request("gone", "name", "%1\n", "a\tb")), "a\tb");
     EXPECT_EQ(Answer(Request("pet", "name", "%1\n", "Unavailable")), "Unavailable");
     EXPECT_EQ(Answer(Request("unicorns", "name", "%1\n", std::nullopt)), "");
+}
+
+TEST(Answer, IsOfTheRecordsThatAreSoughtWhereTheObjectFindsThem) {
+    EXPECT_EQ(Answer(Request("zoo", "name", "%1\n", "?")), "");
+    EXPECT_EQ(Answer(Request("zoo ", "name", "%1\n", "?")), "<>\n");
+    EXPECT_EQ(Answer(Request("zoo a  b ", "name", "%1\n", "?")), "<a  b >\n");
+    EXPECT_EQ(Answer(Request("zoos a", "name", "%1\n", "?")), "?");
+    EXPECT_EQ(Answer(Request("pets a", "name", "%1\n", "?")), "?");
+    EXPECT_EQ(Answer(Request("pets ", "name", "%1\n", "?")), "?");
 }
 
 TEST(Answer, IsEmptyWithoutAFormat) {
@@ -266,6 +283,7 @@ TEST_F(Service, GivesTheDefaultForObjectsOfTheKindsItKnowsNoneOf) {
 }
 
 TEST_F(Service, KnowsTheSysObjects) {
+    CapturedStderr const captured;  // a file, which the object "log" is read from
     std::string names;
     for (Provider const& provider : QuilloHost::SysObjects()) {
         names += provider.object + std::string(" ");
@@ -275,7 +293,7 @@ TEST_F(Service, KnowsTheSysObjects) {
             EXPECT_EQ(record.size(), table->columns.size()) << provider.object;
         }
     }
-    EXPECT_EQ(names, "host memory interfaces storage processes ");
+    EXPECT_EQ(names, "host memory interfaces storage processes log ");
 }
 
 }  // namespace

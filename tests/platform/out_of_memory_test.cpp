@@ -193,6 +193,10 @@ TEST(OutOfMemory, AFormatterAnswersWholeOrFails) {
     EXPECT_EQ(storage.substr(0, 6), "/ and ");
     EXPECT_EQ(storage.find(fallback), std::string::npos);
     CheckFormatter("storage", "mount size", storage);
+    machine.Write("proc/self/fd/2", "a line of the log that needs the heap\n");
+    CheckFormatter("log info end Line of the log that needs the heap", "offset text",
+                   "0 and a line of the log that needs the heap, in a line that needs the heap\n"
+                   "0 and , in a line that needs the heap\n");
 }
 
 TEST(OutOfMemory, TheInterfacesAreAnsweredWholeOrNotAtAll) {

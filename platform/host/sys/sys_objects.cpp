@@ -5,11 +5,9 @@
 namespace QuilloHost {
 
 ProviderList SysObjects() {
-    static Provider const objects[] = {{"host", ReadHost},
-                                       {"memory", ReadMemory},
-                                       {"interfaces", ReadInterfaces},
-                                       {"storage", ReadStorage},
-                                       {"processes", ReadProcesses}};
+    static Provider const objects[] = {
+        {"host", ReadHost},       {"memory", ReadMemory},       {"interfaces", ReadInterfaces},
+        {"storage", ReadStorage}, {"processes", ReadProcesses}, {"log", ReadLog, FindInLog}};
     return {objects, std::size(objects)};
 }
 

@@ -3,6 +3,7 @@
 #define QUILLO_HOST_SYS_SYS_OBJECTS_HPP
 
 #include <optional>
+#include <string>
 
 #include "host/table.hpp"
 
@@ -13,6 +14,8 @@ std::optional<Table> ReadMemory();
 std::optional<Table> ReadInterfaces();
 std::optional<Table> ReadStorage();
 std::optional<Table> ReadProcesses();
+std::optional<Table> ReadLog();
+std::optional<Table> FindInLog(std::string const& sought);
 
 ProviderList SysObjects();
 
