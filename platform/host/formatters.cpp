@@ -9,6 +9,7 @@
 #include "host/attribute_service.hpp"
 #include "host/contract.hpp"
 #include "host/format_line.hpp"
+#include "host/query_timer.hpp"
 #include "host/sys/sys_objects.hpp"
 
 namespace QuilloHost {
@@ -45,6 +46,12 @@ std::vector<Value> PickValues(Record const& record, std::vector<std::size_t> con
     return values;
 }
 
+bool Answer(ZOV_AppData const& app, RequestState const& state, ProviderList providers) {
+    std::string const object = state.object.value_or("");
+    QueryTimer const timer(object.c_str());
+    return WriteAnswer(app.out, MakeAnswer(state, providers), "object \"" + object + "\"");
+}
+
 }  // namespace
 
 std::string MakeAnswer(RequestState const& state, ProviderList providers) {
@@ -69,10 +76,7 @@ int AnswerRequest(ZOV_AppData* app, char const* formatter, ProviderList provider
         problem = "memory ran out while the request was set up";
     try {
         if (problem == nullptr)
-            return WriteAnswer(app->out, MakeAnswer(*state, providers),
-                               "object \"" + state->object.value_or("") + "\"")
-                       ? 0
-                       : 1;
+            return Answer(*app, *state, providers) ? 0 : 1;
         Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", formatter, problem);
     } catch (std::exception const& error) {
         Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", formatter, error.what());

@@ -9,6 +9,7 @@
 #ifndef QUILLO_HOST_HOST_HPP
 #define QUILLO_HOST_HOST_HPP
 
+#include <chrono>
 #include <string>
 
 #define QUILLO_HOST_API __attribute__((visibility("default")))
@@ -44,6 +45,13 @@ QUILLO_HOST_API bool DeclareSetting(std::string const& name, std::string const& 
 // Without this call it is the environment's QUILLO_CATALOG_DIR unless that is empty, else the
 // folder that the build or the installation put them in. Catalogs are read anew.
 QUILLO_HOST_API void SetCatalogFolder(std::string const& folder);
+
+// Told the name of an object of the attribute service that was asked for, and how long the answer
+// took to be made and written. The name is gone when the call returns.
+typedef void (*QueryWatch)(char const* object, std::chrono::nanoseconds taken) noexcept;
+
+// From now on `watch` is called behind each answer; null: nobody is told, as without this call.
+QUILLO_HOST_API void SetQueryWatch(QueryWatch watch) noexcept;
 
 }  // namespace QuilloHost
 

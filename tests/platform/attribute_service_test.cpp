@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstring>
 #include <iterator>
 #include <memory>
 #include <new>
 #include <string>
+#include <vector>
 
+#include "host/host.hpp"
 #include "host/sys/sys_objects.hpp"
 #include "platform/capture_pipe.hpp"
 #include "platform/captured_stderr.hpp"
@@ -280,6 +283,28 @@ TEST_F(Service, GivesTheDefaultForObjectsOfTheKindsItKnowsNoneOf) {
         EXPECT_EQ(formatter(&app), 0);
     }
     EXPECT_EQ(pipe.Finish(), "Unavailable;Unavailable;");
+}
+
+std::vector<std::string> watched;
+
+void Watch(char const* object, std::chrono::nanoseconds taken) noexcept {
+    watched.push_back(object + std::string(taken.count() >= 0 ? "" : " took less than no time"));
+}
+
+TEST_F(Service, TellsTheWatchOfEachObjectThatIsAskedFor) {
+    watched.clear();
+    CapturedStderr const captured;
+    for (auto* const watch : {Watch, QuilloHost::QueryWatch()}) {
+        QuilloHost::SetQueryWatch(watch);
+        for (char const* object : {"pets", "unicorns", "greedy"}) {
+            ASSERT_EQ(loareq_initialize(&app), 0);
+            loareq_set_object(&app, object);
+            AnswerRequest(&app, "format", providers);
+        }
+        loareq_free(&app);
+        AnswerRequest(&app, "format", providers);
+    }
+    EXPECT_EQ(watched, (std::vector<std::string>{"pets", "unicorns", "greedy"}));
 }
 
 TEST_F(Service, KnowsTheSysObjects) {
