@@ -9,6 +9,7 @@
 
 #include "content_security.hpp"
 #include "language.hpp"
+#include "query_times.hpp"
 #include "refusals.hpp"
 #include "timed_stream.hpp"
 
@@ -31,29 +32,45 @@ ZOV_AppData MakeRecord(Incoming const& incoming) {
     return app;
 }
 
-double Milliseconds(Clock::duration duration) {
+double Milliseconds(std::chrono::nanoseconds duration) {
     return std::chrono::duration<double, std::milli>(duration).count();
 }
 
-// How long the page took, in the form of Server-Timing (W3C): "build;dur=1.234, render;dur=0.567".
+// How long the page took, in milliseconds and in the form of Server-Timing (W3C). The time of its
+// queries is a part of the other two.
+//
+//     build;dur=1.234, query;dur=0.890, render;dur=0.567
 struct Timing {
     Clock::time_point begin = Clock::now();
     Clock::time_point firstWrite = {};
     Clock::time_point end = {};
+    QueryTimes queries = {};
 
     std::string Text() const {
         char text[96] = "";
-        std::snprintf(text, sizeof text, "build;dur=%.3f, render;dur=%.3f",
-                      Milliseconds(firstWrite - begin), Milliseconds(end - firstWrite));
+        std::snprintf(text, sizeof text, "build;dur=%.3f, query;dur=%.3f, render;dur=%.3f",
+                      Milliseconds(firstWrite - begin), Milliseconds(queries.all),
+                      Milliseconds(end - firstWrite));
         return text;
     }
 };
 
+// "'interfaces' took longest, 12 ms"
+std::string LongestQuery(QueryTimes const& queries) {
+    if (queries.object[0] == '\0') {
+        return "it asked for no object";
+    }
+    char time[64] = "";
+    std::snprintf(time, sizeof time, "%.0f", Milliseconds(queries.longest));
+    return std::string("the object '") + queries.object + "' took longest, " + time + " ms";
+}
+
 void WarnOfSlowPage(Page const& page, Timing const& timing, int slowMilliseconds) {
     double const taken = Milliseconds(timing.end - timing.begin);
     if (taken >= slowMilliseconds) {
-        Log_SpecEntry(logSpecWarn, __FILE__, __LINE__, "page '%s' took %.0f ms (%s)",
-                      page.name.c_str(), taken, timing.Text().c_str());
+        Log_SpecEntry(logSpecWarn, __FILE__, __LINE__, "page '%s' took %.0f ms (%s): %s",
+                      page.name.c_str(), taken, timing.Text().c_str(),
+                      LongestQuery(timing.queries).c_str());
     }
 }
 
@@ -87,6 +104,7 @@ void AddPageHeaders(Answer& answer, Request const& request, Timing const& timing
 Answer Run(Page const& page, Incoming const& incoming, std::string const& token,
            int slowMilliseconds) {
     Timing timing;
+    BeginQueryTimes();
     // What was reported for an earlier request is none of this page's.
     Quillo::debugMsgs = Quillo::Div();
     ZOV_AppData app = MakeRecord(incoming);
@@ -101,6 +119,7 @@ Answer Run(Page const& page, Incoming const& incoming, std::string const& token,
     out.exceptions(std::ios::badbit);
     page.write(request, out);
     timing.end = Clock::now();
+    timing.queries = CountedQueryTimes();
     timing.firstWrite = buffer.firstWrite.value_or(timing.end);
     WarnOfSlowPage(page, timing, slowMilliseconds);
 

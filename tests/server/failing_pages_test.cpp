@@ -1,8 +1,12 @@
 // Pages that fail, and what of them others notice.
 #include <gtest/gtest.h>
 
+#include <query_times.hpp>
+
+#include <chrono>
 #include <csignal>
 #include <fstream>
+#include <regex>
 #include <set>
 #include <string>
 
@@ -103,11 +107,40 @@ TEST(FailingPages, DeadlineIsForPagesAlone) {
     EXPECT_EQ(Get(server.Port(), "/process").body, worker);
 }
 
-TEST(FailingPages, SlowPageIsLogged) {
-    Server server({"--slow-page", "0"});
+TEST(FailingPages, SlowPageIsLoggedWithTheObjectThatTookLongest) {
+    Server server({"--slow-page", "0", "--workers", "1"});
+    std::regex const queried(
+        "page 'object' took [0-9]+ ms \\(build;dur=[0-9.]+, query;dur=(?!0\\.000)[0-9.]+, "
+        "render;dur=[0-9.]+\\): the object '(processes|nothing)' took "
+        "longest, [0-9]+ ms\n");
+    EXPECT_EQ(Get(server.Port(), "/object?object=processes").status, 200);
+    std::string const line = server.Process().ErrorLine("page 'object' took ");
+    EXPECT_TRUE(std::regex_search(line, queried)) << line;
+    // The queries of one page are none of the next.
     EXPECT_EQ(Get(server.Port(), "/process").status, 200);
-    EXPECT_NE(server.Process().ErrorLine("page 'process' took ").find(" warning "),
-              std::string::npos);
+    std::regex const quiet(
+        " warning .*page 'process' took [0-9]+ ms \\(build;dur=[0-9.]+, "
+        "query;dur=0.000, render;dur=[0-9.]+\\): it asked for no object\n");
+    std::string const next = server.Process().ErrorLine("page 'process' took ");
+    EXPECT_TRUE(std::regex_search(next, quiet)) << next;
+}
+
+TEST(QueryTimes, AreAddedUpAndTheLongestOneIsNamed) {
+    using std::chrono::nanoseconds;
+    QuilloServer::QueryTimes times;
+    EXPECT_STREQ(times.object, "");
+    times.Add("first", nanoseconds(0));
+    EXPECT_STREQ(times.object, "first");
+    times.Add("long", nanoseconds(5));
+    times.Add("short", nanoseconds(4));
+    times.Add("as long", nanoseconds(5));
+    EXPECT_STREQ(times.object, "long");
+    EXPECT_EQ(times.longest, nanoseconds(5));
+    EXPECT_EQ(times.all, nanoseconds(14));
+    times.Add(std::string(100, 'x').c_str(), nanoseconds(6));
+    EXPECT_EQ(times.object, std::string(63, 'x'));
+    times.Add("y", nanoseconds(7));
+    EXPECT_STREQ(times.object, "y");
 }
 
 TEST(FailingPages, KilledWorkerIsReplaced) {

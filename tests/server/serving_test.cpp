@@ -16,10 +16,13 @@ std::string const policy =
 // What changes from answer to answer, replaced by its name.
 std::string Masked(std::string const& text) {
     std::string masked = text;
-    for (auto const& [pattern, name] :
-         {std::pair("Date: [A-Z][a-z]{2}, [0-9]{2} [A-Z][a-z]{2} [0-9]{4} [0-9:]{8} GMT", "DATE"),
-          std::pair("build;dur=[0-9]+\\.[0-9]{3}, render;dur=[0-9]+\\.[0-9]{3}", "TIMING"),
-          std::pair("quillo_session=[0-9a-f]{32}\\.[0-9a-f]{64}", "SESSION")}) {
+    for (
+        auto const& [pattern, name] :
+        {std::pair("Date: [A-Z][a-z]{2}, [0-9]{2} [A-Z][a-z]{2} [0-9]{4} [0-9:]{8} GMT", "DATE"),
+         std::pair(
+             "build;dur=[0-9]+\\.[0-9]{3}, query;dur=[0-9]+\\.[0-9]{3}, render;dur=[0-9]+\\.[0-9]{3}",
+             "TIMING"),
+         std::pair("quillo_session=[0-9a-f]{32}\\.[0-9a-f]{64}", "SESSION")}) {
         masked = std::regex_replace(masked, std::regex(pattern), name);
     }
     return masked;

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 using namespace Quillo;
 using QuilloServer::Page;
@@ -57,6 +58,14 @@ void WriteReports(Request&, std::ostream& out) {
 
 void WriteProcess(Request&, std::ostream& out) {
     out << getpid();
+}
+
+// Asks the device for the object that is named, and for one that it does not have.
+void WriteObject(Request& request, std::ostream& out) {
+    std::vector<std::vector<std::string>> rows;
+    GetObject(request.app, ObjectType_Sys, "nothing", {"name"}, rows);
+    GetObject(request.app, ObjectType_Sys, Argument(request, "object"), {"hostname"}, rows);
+    out << rows.size();
 }
 
 void WriteMuch(Request& request, std::ostream& out) {
@@ -131,6 +140,7 @@ Page const breaking("break", "Break", 14, BreakStream);
 Page const aborting("abort", "Abort", 11, Abort);
 Page const exiting("exit", "Exit", 12, Exit);
 Page const looping("loop", "Loop", 13, Loop);
+Page const object("object", "Object", 15, WriteObject);
 
 QuilloServer::StaticFile const sheet("/style.css", "text/css; charset=utf-8", "p { margin: 0 }\n");
 
