@@ -54,7 +54,7 @@ void WriteAbout(Request& request, std::ostream& out) {
     WriteFramed(request, out, "about", content);
 }
 
-QuilloServer::Page const about("about", "About", 7, WriteAbout);
+QuilloServer::Page const about("about", "About", 8, WriteAbout);
 
 }  // namespace
 }  // namespace Pages

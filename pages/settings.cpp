@@ -175,7 +175,7 @@ void WriteSettings(Request& request, std::ostream& out) {
     WriteFramed(request, out, pageName, content);
 }
 
-QuilloServer::Page const page(pageName, "Settings", 5, WriteSettings);
+QuilloServer::Page const page(pageName, "Settings", 6, WriteSettings);
 
 }  // namespace
 }  // namespace Pages

@@ -9,10 +9,12 @@
 namespace Pages {
 
 char const styleSheetPath[] = "/style.css";
+char const liveScriptPath[] = "/live.js";
 
 namespace {
 
 QuilloServer::StaticFile const sheet(styleSheetPath, "text/css; charset=utf-8", styleSheet);
+QuilloServer::StaticFile const script(liveScriptPath, "text/javascript; charset=utf-8", liveScript);
 
 // The widgets' images, drawn once.
 class ImageFiles {

@@ -6,6 +6,8 @@ namespace Pages {
 
 extern char const styleSheetPath[];
 extern char const styleSheet[];  // its text, which is static/style.css
+extern char const liveScriptPath[];
+extern char const liveScript[];  // static/live.js
 
 }  // namespace Pages
 

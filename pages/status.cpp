@@ -1,15 +1,21 @@
-// The status page: this machine at a glance.
+// The status page: this machine at a glance. A script asks for the values alone, the argument
+// "part=values", again and again (static/live.js); without it a link shows them anew.
 #include <quillo_kit/elements.hpp>
+#include <quillo_kit/safe.hpp>
 
 #include "frame.hpp"
 #include "quantities.hpp"
 #include "record_table.hpp"
+#include "static_files.hpp"
 
 using namespace Quillo;
+using namespace QuilloKit;
 using QuilloServer::Request;
 
 namespace Pages {
 namespace {
+
+char const path[] = "/status";
 
 Element MakeHost(Request& request) {
     return FactTable(request, "Device", "host",
@@ -60,17 +66,58 @@ bool IsShown(char const* setting) {
     return isShown;
 }
 
-void WriteStatus(Request& request, std::ostream& out) {
-    QuilloKit::Group content;
-    content << MakeHost(request);
+// The values, and where they are to be had in the language they are in now.
+Element MakeValues(Request& request) {
+    Div values;
+    values.SetAttr("id", "live");
+    std::string const arguments = std::string("part=values&LANGUAGE=") + Cstr(g_language);
+    values.SetAttr("data-source", SafeUrl(AppendUriArgs(path, arguments)));
+    values << MakeHost(request);
     if (IsShown("show_memory")) {
-        content << MakeMemory(request);
+        values << MakeMemory(request);
     }
     if (IsShown("show_interfaces")) {
-        content << MakeInterfaces(request);
+        values << MakeInterfaces(request);
     }
     if (IsShown("show_storage")) {
-        content << MakeStorage(request);
+        values << MakeStorage(request);
+    }
+    return values;
+}
+
+// The link for readers without the script, and the word of the script when it has no answer.
+Element MakeRefresh(Request& request) {
+    P line;
+    line.SetAttr("class", "links");
+    line << (A().SetAttr("id", "refresh").SetAttr("href", path) << Phrase(request, "Refresh"));
+    return line << TextTag("span")
+                       .SetAttr("id", "live_note")
+                       .SetAttr("class", "error")
+                       .SetAttr("role", "status")
+                       .SetAttr("data-failed",
+                                SafeAttr(Translated(request,
+                                                    "The device does not answer. It is asked "
+                                                    "again soon.")));
+}
+
+bool IsForValues(UriArgs const& arguments) {
+    auto const part = arguments.find("part");
+    return part != arguments.end() && part->second == "values";
+}
+
+void WriteStatus(Request& request, std::ostream& out) {
+    Element const values = MakeValues(request);
+    if (IsForValues(request.arguments)) {
+        Renderer r(out);
+        values.impl->Render(r, 0);
+        return;
+    }
+    Group content;
+    if (request.standsAlone) {
+        content << values;
+    } else {
+        content << MakeRefresh(request) << values
+                << Script("").SetAttr("src", liveScriptPath).SetEmptyAttr("defer");
     }
     WriteFramed(request, out, "status", content);
 }

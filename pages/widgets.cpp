@@ -73,7 +73,7 @@ void WriteWidgets(Request& request, std::ostream& out) {
     WriteFramed(request, out, "widgets", content);
 }
 
-QuilloServer::Page const widgets("widgets", "Widgets", 8, WriteWidgets);
+QuilloServer::Page const widgets("widgets", "Widgets", 9, WriteWidgets);
 
 }  // namespace
 }  // namespace Pages

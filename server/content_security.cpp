@@ -74,7 +74,7 @@ std::string DigestSources(std::string_view html, std::string_view start, std::st
 
 std::string SecurityPolicy(std::string_view html) {
     std::string_view const head = html.substr(0, html.find("</head>"));
-    return "default-src 'none'; img-src 'self'; script-src 'self'" +
+    return "default-src 'none'; connect-src 'self'; img-src 'self'; script-src 'self'" +
            DigestSources(html, scriptStart, scriptEnd, IsFocusScript) + "; style-src 'self'" +
            DigestSources(head, styleStart, styleEnd, IsAnyStyle) +
            "; style-src-attr 'unsafe-inline'; form-action 'self'; base-uri 'none'; "

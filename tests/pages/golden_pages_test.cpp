@@ -44,8 +44,8 @@ std::string NameOf(::testing::TestParamInfo<SamplePageGoldenTest::ParamType> con
 
 INSTANTIATE_TEST_SUITE_P(Pages, SamplePageGoldenTest,
                          ::testing::Combine(::testing::Values("status", "network", "processes",
-                                                              "storage", "settings", "language",
-                                                              "about", "widgets"),
+                                                              "storage", "log", "settings",
+                                                              "language", "about", "widgets"),
                                             ::testing::Values("en-us", "de-de", "ar-eg")),
                          NameOf);
 
@@ -54,6 +54,15 @@ using NetworkTabsGoldenTest = SamplePageTest;
 TEST_F(NetworkTabsGoldenTest, TheSecondTabIsCurrentInArabic) {
     Speak("ar-eg");
     ExpectGolden(Written("network", "view=traffic"), "page_network_traffic_ar.html");
+}
+
+using StatusValuesGoldenTest = SamplePageTest;
+
+TEST_F(StatusValuesGoldenTest, TheValuesAreWrittenAlone) {
+    Speak("de-de");
+    std::string const values = Written("status", "part=values");
+    ExpectGolden(values, "values_status_de.html");
+    EXPECT_NE(Written("status").find(values), std::string::npos);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ TEST_F(SamplePageTest, PagesStandInTheNavigationBarByTheirOrder) {
     for (QuilloServer::Page const* page : QuilloServer::Pages()) {
         names.push_back(page->name);
     }
-    EXPECT_EQ(names, (std::vector<std::string>{"status", "network", "processes", "storage",
+    EXPECT_EQ(names, (std::vector<std::string>{"status", "network", "processes", "storage", "log",
                                                "settings", "language", "about", "widgets"}));
 }
 
@@ -53,6 +53,42 @@ TEST_F(SamplePageTest, APageThatStandsAloneHoldsTheStyleSheet) {
     EXPECT_EQ(page.find("<link"), std::string::npos);
     EXPECT_NE(page.find("<style>\n"), std::string::npos);
     EXPECT_NE(page.find("prefers-color-scheme"), std::string::npos);
+}
+
+TEST_F(SamplePageTest, TheScriptOfTheStatusPageIsServed) {
+    std::vector<std::string> scripts;
+    for (QuilloServer::StaticFile const* file : QuilloServer::StaticFiles()) {
+        if (file->type == "text/javascript; charset=utf-8") {
+            scripts.push_back(file->path);
+            EXPECT_TRUE(Holds(std::string(file->bytes), "visibilitychange"));
+        }
+    }
+    ASSERT_EQ(scripts.size(), 1U);
+    EXPECT_TRUE(
+        Holds(Written("status"), "<script src=\"" + scripts[0] + "\" defer=\"\"></script>"));
+}
+
+TEST_F(SamplePageTest, AStatusPageThatStandsAloneAsksForNothing) {
+    QuilloServer::Request request = {app, {}};
+    request.standsAlone = true;
+    std::string const page = Written("status", request);
+    EXPECT_FALSE(Holds(page, "<script"));
+    EXPECT_FALSE(Holds(page, ">Refresh</a>"));
+    EXPECT_TRUE(Holds(Written("status"), "<a href=\"/status\" id=\"refresh\">Refresh</a>"));
+}
+
+TEST_F(SamplePageTest, TheValuesAreAskedForInTheLanguageOfThePage) {
+    Speak("ar-eg");
+    EXPECT_TRUE(Holds(Written("status"), "data-source=\"/status?part=values&amp;LANGUAGE=ar\""));
+}
+
+TEST_F(SamplePageTest, TheValuesAloneAreForThatArgumentAlone) {
+    for (char const* arguments : {"part=values", "x=1&part=values"}) {
+        EXPECT_EQ(Written("status", arguments).compare(0, 5, "<div "), 0) << arguments;
+    }
+    for (char const* arguments : {"part=", "part=value", "parts=values"}) {
+        EXPECT_EQ(Written("status", arguments).compare(0, 9, "<!DOCTYPE"), 0) << arguments;
+    }
 }
 
 TEST_F(SamplePageTest, ThereIsNoPageOfAnotherName) {

@@ -26,6 +26,13 @@ SamplePageTest::SamplePageTest() : app() {
         {{"/var", "/dev/vdb", "ext4", "1073741824", "1000000000", "73741824"},
          {"/", "/dev/vda", "ext4", "1073741824", "536870912", "268435456"},
          {"/mnt/away", "host:/a&b", "nfs", "Unavailable", "Unavailable", "Unavailable"}}};
+    Platform().objects["log info end "] = {
+        {"offset", "time", "process", "level", "source", "text"},
+        {{"300", "2026-01-02T03:04:05.678+01:00", "4711", "error", "src/a.cpp:7",
+          "the newest: <b>"},
+         {"250", "", "", "other", "", "free text"},
+         {"200", "2026-01-02T03:04:04+01:00", "4712", "warning", "b.cpp:1", "the oldest"},
+         {"150", "", "", "", "", ""}}};
     Platform().objects["processes"] = {{"pid", "name", "state", "rss_bytes", "threads"},
                                        {{"7", "a&b", "S", "4096", "3"},
                                         {"1", "init", "R", "1024", "1"},

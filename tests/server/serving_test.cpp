@@ -10,7 +10,7 @@
 namespace {
 
 std::string const policy =
-    "default-src 'none'; img-src 'self'; script-src 'self'; style-src 'self'; style-src-attr "
+    "default-src 'none'; connect-src 'self'; img-src 'self'; script-src 'self'; style-src 'self'; style-src-attr "
     "'unsafe-inline'; form-action 'self'; base-uri 'none'; frame-ancestors 'none'";
 
 // What changes from answer to answer, replaced by its name.
