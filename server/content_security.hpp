@@ -7,8 +7,8 @@
 
 namespace QuilloServer {
 
-// What a browser may do with `html`: load scripts, styles and images from here and send forms here,
-// no more; nobody may frame it. Inline in the page are allowed, each by its digest,
+// What a browser may do with `html`: load scripts, styles, images and data from here and send forms
+// here, no more; nobody may frame it. Inline in the page are allowed, each by its digest,
 //
 // - the script that the library writes behind a form, and no other: a text that slipped into the
 //   page unescaped cannot be run;

@@ -18,8 +18,11 @@
 namespace QuilloServer {
 namespace {
 
-// Room for the head, and for what is read of the body at once.
-constexpr std::size_t memoryLimit = mostHeadBytes + 32768;
+// Room for the head, for what is read of the body at once, and for what libmicrohttpd notes of each
+// argument and each cookie, which may be as short as a byte: what does not fit, it refuses in words
+// of its own, or without any. Memory that is not needed is not touched.
+constexpr std::size_t noteBytes = 64;
+constexpr std::size_t memoryLimit = mostHeadBytes * (1 + noteBytes) + 32768;
 
 struct EndPostProcessor {
     void operator()(MHD_PostProcessor* reader) const { MHD_destroy_post_processor(reader); }

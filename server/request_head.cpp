@@ -137,6 +137,9 @@ int JudgeUnfinished(std::string_view bytes) {
     if (firstLine == std::string_view::npos && line.size() > mostTargetBytes + 64) {
         return 414;
     }
+    if (firstLine != std::string_view::npos && (line.empty() || line.back() != '\r')) {
+        return 400;
+    }
     return bytes.size() > mostHeadBytes ? 431 : 0;
 }
 

@@ -100,6 +100,9 @@ TEST(RequestHead, IsAwaitedUntilItsEnd) {
 TEST(RequestHead, IsRefusedBeforeItsEndWhenItCannotBecomeOne) {
     EXPECT_EQ(Shown("\x16\x03\x01"), "400");
     EXPECT_EQ(Shown("\r\nGET"), "400");
+    EXPECT_EQ(Shown("\nGET"), "400");
+    EXPECT_EQ(Shown("GET / HTTP/1.1\n"), "400");
+    EXPECT_EQ(Shown("GET / HTTP/1.1\r\nHost: a\n"), "more");
     EXPECT_EQ(Shown("GET /" + std::string(8192, 'a')), "more");
     EXPECT_EQ(Shown("GET /" + std::string(8300, 'a')), "414");
     EXPECT_EQ(Shown("GET / HTTP/1.1\r\nX: " + std::string(16365, 'a')), "more");

@@ -105,6 +105,25 @@ TEST(Serving, PageSeesWhatWasAskedFor) {
               "translated Speicher\n");
 }
 
+TEST(Serving, ArgumentsAndCookiesMayBeAsManyAsFitTheHeader) {
+    Server server;
+    auto const repeated = [](std::string const& text, std::size_t bytes) {
+        std::string many;
+        while (many.size() + text.size() <= bytes) {
+            many += text;
+        }
+        return many;
+    };
+    for (char const* argument : {"&", "a&", "a=1&"}) {
+        for (char const* cookie : {";", "a;", "a=;", "a=1; "}) {
+            Reply const reply = Get(server.Port(), "/echo?" + repeated(argument, 8192 - 6),
+                                    "Cookie: " + repeated(cookie, 8100) + "\r\n");
+            EXPECT_EQ(reply.status, 200) << argument << cookie;
+            EXPECT_TRUE(reply.Has("Content-Security-Policy")) << argument << cookie;
+        }
+    }
+}
+
 TEST(Serving, AbsoluteTargetIsServed) {
     Server server;
     Reply const reply = Get(server.Port(), "http://LOCALHOST:1/much?bytes=1");

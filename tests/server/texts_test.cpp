@@ -20,7 +20,7 @@ std::string DigestOf(std::string const& text) {
 }
 
 std::string Policy(std::string const& scripts, std::string const& styles) {
-    return "default-src 'none'; img-src 'self'; script-src 'self'" + scripts +
+    return "default-src 'none'; connect-src 'self'; img-src 'self'; script-src 'self'" + scripts +
            "; style-src 'self'" + styles +
            "; style-src-attr 'unsafe-inline'; form-action 'self'; base-uri 'none'; "
            "frame-ancestors 'none'";
