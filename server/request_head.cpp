@@ -91,6 +91,28 @@ void TakeLength(Fields& fields, std::string_view value) {
     }
 }
 
+// Whether a cookie's value is one quotation mark and no more: libmicrohttpd looks for the other one
+// before the value's beginning, and refuses the request in words of its own.
+bool HasLoneQuote(std::string_view cookies) {
+    while (!cookies.empty()) {
+        std::size_t const mark = std::min(cookies.find_first_of("=;,"), cookies.size() - 1);
+        bool const hasValue = cookies[mark] == '=';
+        cookies.remove_prefix(mark + 1);
+        bool isQuoted = false;
+        std::size_t size = 0;
+        while (hasValue && size < cookies.size() &&
+               (isQuoted || (cookies[size] != ';' && cookies[size] != ','))) {
+            isQuoted = isQuoted != (cookies[size] == '"');
+            ++size;
+        }
+        if (cookies.substr(0, size) == "\"") {
+            return true;
+        }
+        cookies.remove_prefix(size);
+    }
+    return false;
+}
+
 void TakeField(Fields& fields, std::string_view line) {
     std::size_t const colon = line.find(':');
     std::string_view const name = line.substr(0, colon);
@@ -108,6 +130,8 @@ void TakeField(Fields& fields, std::string_view line) {
         ++fields.hosts;
     } else if (Equals(name, "Expect")) {
         fields.isContinueExpected = Equals(value, "100-continue");
+    } else if (Equals(name, "Cookie") && HasLoneQuote(value)) {
+        fields.refusal = 400;
     }
 }
 

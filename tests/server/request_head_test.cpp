@@ -78,6 +78,24 @@ TEST(RequestHead, IsJudgedByItsFields) {
     }
 }
 
+TEST(RequestHead, MayHaveAnyCookieButALoneQuotationMark) {
+    for (char const* cookies :
+         {"", "a", "a=", "a=1", "a=\"\"", "a=\"x=\"", "a=\"b", "a=b\"", "\"", "\"; a", "a=\"; b=\"",
+          "a=\"; b=1", "=", ";", "a=1; b=\"c;d\"; e"}) {
+        EXPECT_EQ(Shown("GET / HTTP/1.1\r\nHost: a\r\nCookie: " + std::string(cookies) + "\r\n\r\n")
+                      .substr(0, 4),
+                  "size")
+            << cookies;
+    }
+    for (char const* cookies :
+         {"a=\"", "=\"", "a=1; b=\"", "a=1,b=\"", "\"; a=\"", "a=\"b\"; c=\""}) {
+        EXPECT_EQ(
+            Shown("GET / HTTP/1.1\r\nHost: a\r\nCookie: " + std::string(cookies) + "\r\n\r\n"),
+            "400")
+            << cookies;
+    }
+}
+
 TEST(RequestHead, HasAtMostAHundredFields) {
     std::string fields = "Host: a\r\n";
     for (int i = 1; i < 100; ++i) {
