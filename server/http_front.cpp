@@ -24,10 +24,6 @@ namespace {
 constexpr std::size_t noteBytes = 64;
 constexpr std::size_t memoryLimit = mostHeadBytes * (1 + noteBytes) + 32768;
 
-struct EndPostProcessor {
-    void operator()(MHD_PostProcessor* reader) const { MHD_destroy_post_processor(reader); }
-};
-
 std::string Header(MHD_Connection* connection, char const* name) {
     return Quillo::Cstr(MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name));
 }
@@ -35,17 +31,6 @@ std::string Header(MHD_Connection* connection, char const* name) {
 MHD_Result TakeCookie(void* cookies, MHD_ValueKind, char const* name, char const* value) {
     (*static_cast<Quillo::UriArgs*>(cookies))[name] =
         Quillo::PcntDecode(Quillo::Cstr(value), nullptr);
-    return MHD_YES;
-}
-
-// A field comes in one piece or several; only the first begins at `offset` 0.
-MHD_Result TakeField(void* form, MHD_ValueKind, char const* name, char const*, char const*,
-                     char const*, char const* data, std::uint64_t offset, std::size_t size) {
-    std::string& value = (*static_cast<Quillo::UriArgs*>(form))[name];
-    if (offset == 0) {
-        value.clear();
-    }
-    value.append(Quillo::Cstr(data), size);
     return MHD_YES;
 }
 
@@ -65,7 +50,7 @@ struct EndResponse {
 struct HttpFront::Exchange {
     Incoming incoming;
     Answer answer;
-    std::unique_ptr<MHD_PostProcessor, EndPostProcessor> formReader;
+    std::string body;
     bool isBegun = false;
 };
 
@@ -140,21 +125,16 @@ MHD_Result HttpFront::Handle(void* front, MHD_Connection* connection, char const
         incoming.knownTags = Header(connection, "If-None-Match");
         incoming.contentType = Header(connection, "Content-Type");
         MHD_get_connection_values(connection, MHD_COOKIE_KIND, TakeCookie, &incoming.cookies);
-        if (IsForm(incoming.contentType)) {
-            exchange.formReader.reset(
-                MHD_create_post_processor(connection, 4096, TakeField, &incoming.form));
-        }
         return MHD_YES;
     }
     if (*size != 0) {
-        if (exchange.formReader) {
-            MHD_post_process(exchange.formReader.get(), data, *size);
-        }
+        exchange.body.append(data, *size);
         *size = 0;
         return MHD_YES;
     }
-    // The last field ends with its reader.
-    exchange.formReader.reset();
+    if (IsForm(incoming.contentType)) {
+        incoming.form = ReadForm(exchange.body);
+    }
     return static_cast<HttpFront*>(front)->AnswerTo(connection, exchange);
 }
 

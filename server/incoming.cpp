@@ -4,8 +4,16 @@
 
 #include <algorithm>
 #include <string_view>
+#include <vector>
 
 namespace QuilloServer {
+namespace {
+
+std::string Decoded(std::string const& text) {
+    return Quillo::PcntDecode(text.c_str(), nullptr);
+}
+
+}  // namespace
 
 void TakeTarget(Incoming& incoming, std::string const& target) {
     constexpr std::string_view scheme = "http://";
@@ -24,6 +32,19 @@ bool IsForm(std::string const& contentType) {
     std::string type = contentType.substr(0, contentType.find(';'));
     type.erase(type.find_last_not_of(" \t") + 1);
     return strcasecmp(type.c_str(), "application/x-www-form-urlencoded") == 0;
+}
+
+Quillo::UriArgs ReadForm(std::string body) {
+    std::replace(body.begin(), body.end(), '+', ' ');
+    std::vector<std::string> fields;
+    Quillo::Split(body, "&", fields, Quillo::SkipEmpty);
+    Quillo::UriArgs form;
+    for (std::string const& field : fields) {
+        std::size_t const mark = std::min(field.find('='), field.size());
+        form[Decoded(field.substr(0, mark))] =
+            Decoded(field.substr(std::min(mark + 1, field.size())));
+    }
+    return form;
 }
 
 }  // namespace QuilloServer

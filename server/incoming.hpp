@@ -27,6 +27,11 @@ void TakeTarget(Incoming& incoming, std::string const& target);
 // Whether the body is a form of the one kind that is taken, application/x-www-form-urlencoded.
 bool IsForm(std::string const& contentType);
 
+// The fields of such a body, of a repeated one the last, decoded as the library decodes.
+//
+//     a=1&b=x+y%3Dz&c    a: 1, b: "x y=z", c: ""
+Quillo::UriArgs ReadForm(std::string body);
+
 }  // namespace QuilloServer
 
 #endif

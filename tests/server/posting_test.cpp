@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "server/http_client.hpp"
 #include "server/server_process.hpp"

@@ -38,6 +38,27 @@ TEST(Digests, AreThoseOfTheStandards) {
     EXPECT_NE(RandomBytes(16), RandomBytes(16));
 }
 
+TEST(Form, IsReadFieldByField) {
+    struct Row {
+        std::string body;
+        Quillo::UriArgs fields;
+    };
+    for (Row const& row : {
+             Row{"", {}},
+             Row{"a=1", {{"a", "1"}}},
+             Row{"a=1&b=x+y%3Dz&c", {{"a", "1"}, {"b", "x y=z"}, {"c", ""}}},
+             Row{"a=1&a=2", {{"a", "2"}}},
+             Row{"&&a=&&", {{"a", ""}}},
+             Row{"=x", {{"", "x"}}},
+             Row{"a=b=c&d==", {{"a", "b=c"}, {"d", "="}}},
+             Row{"%61+%2B=%26+%2b", {{"a +", "& +"}}},
+             Row{"a=%C3%A9\xc3\xa9", {{"a", "\u00e9\u00e9"}}},
+             Row{std::string(5000, 'n') + "=1", {{std::string(5000, 'n'), "1"}}},
+         }) {
+        EXPECT_EQ(ReadForm(row.body), row.fields) << row.body;
+    }
+}
+
 TEST(ContentSecurity, AllowsTheLibrarysScriptAlone) {
     std::string const start = "<script type=\"text/javascript\">";
     std::string const end = "</script>";
