@@ -104,9 +104,11 @@ std::uint64_t AddEntries(Part const& part, Search const& search, Table& table) {
         }
         line.remove_prefix(lineBegin);
         rest = rest.substr(0, lineBegin);
+        if (line.empty() || !HoldsText(line, search.text)) {
+            continue;
+        }
         LogLine const entry = ParseLogLine(line);
-        if (!line.empty() && IsLetThrough(entry.level, search.level) &&
-            HoldsText(line, search.text)) {
+        if (IsLetThrough(entry.level, search.level)) {
             table.records.push_back({std::to_string(part.begin + lineBegin), entry.time,
                                      entry.process, entry.level, entry.source, entry.text});
         }
