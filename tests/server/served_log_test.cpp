@@ -20,7 +20,7 @@ TEST(ServedLog, ShowsWhatTheServerLogs) {
     std::string const log = folder.path + "/log";
     Server server({"--log-file", log, "--slow-page", "0", "--workers", "1"});
     EXPECT_TRUE(Holds(Get(server.Port(), "/log"), "no such entry"));
-    EXPECT_TRUE(Holds(Get(server.Port(), "/log"), "page &#39;log&#39; took "));
+    EXPECT_TRUE(Holds(Get(server.Port(), "/log"), "page 'log' took "));
     EXPECT_TRUE(Holds(Get(server.Port(), "/log?level=error"), "no such entry"));
     EXPECT_TRUE(Holds(Get(server.Port(), "/log?level=warning&text=PAGE+"), " took "));
     EXPECT_TRUE(Holds(Get(server.Port(), "/log?text=nothing+of+the+kind"), "no such entry"));
