@@ -53,7 +53,7 @@ class Browser {
         this.asked.push(this.now);
         assert.equal(path, '/values');
         if (this.isFailing === 'status') {
-          return { ok: false, status: 500 };
+          return { ok: false, status: 500, text: async () => 'a refusal' };
         }
         if (this.isFailing) {
           throw new TypeError('no network');

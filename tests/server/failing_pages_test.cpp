@@ -1,4 +1,5 @@
 // Pages that fail, and what of them others notice.
+#include <config_store.h>
 #include <gtest/gtest.h>
 
 #include <query_times.hpp>
@@ -6,6 +7,7 @@
 #include <chrono>
 #include <csignal>
 #include <fstream>
+#include <host/host.hpp>
 #include <regex>
 #include <set>
 #include <string>
@@ -149,6 +151,48 @@ TEST(FailingPages, KilledWorkerIsReplaced) {
     kill(std::stoi(worker), SIGKILL);
     EXPECT_NE(server.Process().ErrorLine("a worker was ended by a signal (Killed) between"), "");
     EXPECT_NE(Get(server.Port(), "/process").body, worker);
+}
+
+// The value that is stored, as another program sees it.
+std::string Stored() {
+    int value = 0;
+    int const result = Cfg_GetBoolAttrValue("lasting", &value);
+    return std::to_string(result) + (value != 0 ? " TRUE" : " FALSE");
+}
+
+// Returns when the value has become `value`.
+void AwaitStored(std::string const& value) {
+    while (Stored() != value) {
+    }
+}
+
+TEST(FailingPages, WorkerThatIsKilledWhileItStoresLeavesTheOldValueOrTheNew) {
+    Server server({"--workers", "1", "--deadline", "3600"});
+    QuilloHost::SetStateFolder(server.Folder() + "/state");
+    ASSERT_TRUE(QuilloHost::DeclareSetting("lasting", "FALSE"));
+    for (int round = 0; round < 10; ++round) {
+        std::string const worker = Get(server.Port(), "/process").body;
+        Gate gate;
+        Client const storing(server.Port());
+        storing.Send(RequestText("/wait?then=store&" + gate.Arguments()));
+        gate.AwaitPage();
+        gate.Open();
+        // It stores one value after another by now.
+        AwaitStored("0 TRUE");
+        AwaitStored("0 FALSE");
+        kill(std::stoi(worker), SIGKILL);
+        EXPECT_EQ(storing.ReadAll(), "");
+        std::string const left = Get(server.Port(), "/setting").body;
+        EXPECT_TRUE(left == "0 TRUE" || left == "0 FALSE") << left;
+        EXPECT_EQ(Stored(), left);
+        // Nor does it leave a lock.
+        for (char const* value : {"TRUE", "FALSE"}) {
+            std::string const changed =
+                Get(server.Port(), "/setting?value=" + std::string(value)).body;
+            EXPECT_EQ(changed, "0 " + std::string(value));
+            EXPECT_EQ(Stored(), changed);
+        }
+    }
 }
 
 // The supervisor's first process.

@@ -84,6 +84,17 @@ void WriteRedirect(Request& request, std::ostream& out) {
     out << "never seen";
 }
 
+QuilloServer::Setting const lasting("lasting", "FALSE");
+
+// Stores a value, and shows what is stored: "0 TRUE", where 0 says that it could be stored.
+void WriteSetting(Request& request, std::ostream& out) {
+    std::string const value = Argument(request, "value");
+    int const result = value.empty() ? 0 : PutPersistentConfig(lasting.name, value == "TRUE");
+    bool isTrue = false;
+    int const readResult = GetConfig(lasting.name.c_str(), isTrue);
+    out << result + readResult << (isTrue ? " TRUE" : " FALSE");
+}
+
 // Says that it waits, and waits until the other end is closed.
 void WriteAfterWaiting(Request& request, std::ostream& out) {
     std::string const gate = Argument(request, "gate");
@@ -96,6 +107,9 @@ void WriteAfterWaiting(Request& request, std::ostream& out) {
     out << "waited";
     if (Argument(request, "then") == "abort") {
         std::abort();
+    }
+    for (bool value = true; Argument(request, "then") == "store"; value = !value) {
+        PutPersistentConfig(lasting.name, value);
     }
 }
 
@@ -140,6 +154,7 @@ Page const breaking("break", "Break", 14, BreakStream);
 Page const aborting("abort", "Abort", 11, Abort);
 Page const exiting("exit", "Exit", 12, Exit);
 Page const looping("loop", "Loop", 13, Loop);
+Page const setting("setting", "Setting", 16, WriteSetting);
 Page const object("object", "Object", 15, WriteObject);
 
 QuilloServer::StaticFile const sheet("/style.css", "text/css; charset=utf-8", "p { margin: 0 }\n");

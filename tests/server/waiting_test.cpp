@@ -2,6 +2,8 @@
 // ended as a whole.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -103,6 +105,28 @@ TEST(Waiting, ClientsThatReadSlowlyHoldNoWorker) {
     }
     EXPECT_EQ(Get(server.Port(), "/process").status, 200);
     EXPECT_EQ(slow.front()->ReadAll().size(), size);
+}
+
+std::size_t DescriptorsOf(std::string const& process) {
+    std::filesystem::directory_iterator const open("/proc/" + process + "/fd");
+    return static_cast<std::size_t>(std::distance(begin(open), end(open)));
+}
+
+TEST(Waiting, RequestsLeaveNoDescriptorBehind) {
+    Server server({"--workers", "1", "--max-requests", "0"});
+    std::string const worker = Get(server.Port(), "/process").body;
+    std::size_t const before = DescriptorsOf(worker);
+    for (int i = 0; i < 50; ++i) {
+        Get(server.Port(), "/object?object=host");
+        Get(server.Port(), "/throw");
+        Get(server.Port(), "/nothing");
+        Ask(server.Port(), FormText("/echo", "a=1"));
+        Client const gone(server.Port());
+        gone.Send(RequestText("/much?bytes=6000000"));
+    }
+    EXPECT_EQ(Get(server.Port(), "/process").body, worker);
+    // The last connections may be about to be closed.
+    EXPECT_LT(DescriptorsOf(worker), before + 50);
 }
 
 TEST(Waiting, TooManySlowClientsEndTheOldest) {
