@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # What the page server takes, on an otherwise idle machine: requests a second beside a constant of
-# the same size, and memory and descriptors over many requests.
+# the same size, quick pages beside a slow one and beside slow clients, and memory and descriptors
+# over many requests.
 #
 #     cmake --preset release -B build/serving -DBUILD_TESTING=OFF -DQUILLO_BUILD_BENCH=ON
-#     cmake --build build/serving --target quillo-serve constant-server requests
+#     cmake --build build/serving --target quillo-serve constant-server requests slow-clients \
+#         stalling-server
 #     bench/serving.sh build/serving/bin [REQUESTS]
 set -euo pipefail
 
@@ -67,6 +69,21 @@ for path in /healthz /status; do
         stop
     done
 done
+
+start "$bin/stalling-server" --listen 127.0.0.1:0 --state-dir "$state" --workers 2
+curl -s "http://127.0.0.1:$port/slow" >"$state/slow" &
+slow=$!
+printf '%-44s %s\n' "40 quick pages at once beside one of 2 s" \
+    "$("$bin/requests" "$port" /quick 40 40)"
+kill -0 "$slow" || echo "the slow page was over before the quick ones"
+wait "$slow"
+stop
+
+serve --workers 2
+printf '%-44s %s\n' "/status beside 3 times 200 slow clients" \
+    "$("$bin/slow-clients" "$port" 200 /widgets "$bin/requests" "$port" /status "$((requests / 5))" \
+        "$connections")"
+stop
 
 for most in 0 1; do
     serve --workers 2 --max-requests "$most"
