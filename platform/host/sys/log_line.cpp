@@ -39,8 +39,8 @@ std::string Cut(std::string_view text) {
 // Takes what stands before `mark`, and the mark, off the front of `rest`; nothing when that is not
 // there, or too long for a word.
 std::string_view TakeWord(std::string_view& rest, std::string_view mark) {
-    std::size_t const end = rest.find(mark);
-    if (end == std::string_view::npos || end > mostWordBytes) {
+    std::size_t const end = rest.find(mark);  // the greatest number of all when it is not there
+    if (end > mostWordBytes) {
         return {};
     }
     std::string_view const word = rest.substr(0, end);
