@@ -22,7 +22,8 @@ std::optional<Table> ReadObject(std::string const& object, ProviderList provider
     std::size_t const blank = std::min(object.find(' '), object.size());
     bool const isSearch = blank != object.size();
     for (Provider const& provider : providers)
-        if (object.compare(0, blank, provider.object) == 0 && (!isSearch || provider.find))
+        if (object.compare(0, blank, provider.object) == 0 &&
+            (!isSearch || provider.find != nullptr))
             return isSearch ? provider.find(object.substr(blank + 1)) : provider.read();
     return std::nullopt;
 }
