@@ -16,6 +16,9 @@ namespace {
 QuilloServer::StaticFile const sheet(styleSheetPath, "text/css; charset=utf-8", styleSheet);
 QuilloServer::StaticFile const script(liveScriptPath, "text/javascript; charset=utf-8", liveScript);
 
+// Browsers ask for it on their own, whatever page they show.
+QuilloServer::StaticFile const iconFile("/favicon.ico", "image/svg+xml", icon);
+
 // The widgets' images, drawn once.
 class ImageFiles {
 public:

@@ -8,6 +8,7 @@ extern char const styleSheetPath[];
 extern char const styleSheet[];  // its text, which is static/style.css
 extern char const liveScriptPath[];
 extern char const liveScript[];  // static/live.js
+extern char const icon[];        // static/icon.svg
 
 }  // namespace Pages
 
