@@ -45,7 +45,8 @@ Element MakeBody(QuilloServer::Request& request, QuilloServer::Page const& page,
     Body body;
     body << (A().SetAttr("class", "skip").SetAttr("href", "#content")
              << Phrase(request, "Skip to the content"));
-    body << MakeNavigation(request, page.name);
+    body << (Header().SetAttr("class", "site")
+             << H1("Quillo") << MakeNavigation(request, page.name));
     body << (Main().SetAttr("id", "content").SetAttr("tabindex", "-1")
              << SmallTitle(Translated(request, page.title)) << content);
     if (IsDebug()) {
