@@ -13,11 +13,16 @@ namespace {
 Element Fields() {
     Form form;
     form.SetAttr("name", SafeName("fields")).SetAttr("action", SafeUrl("/widgets"));
-    form << (P() << (Label("Name ") << Input().SetAttr("name", "host").SetAttr("value", "gate")));
-    form << (P() << (Label("Closed ")
-                     << Input().SetAttr("name", "closed").SetEmptyAttr("disabled")));
+    form << (P() << (Label("Name ") << Input()
+                                           .SetAttr("type", "text")
+                                           .SetAttr("name", "host")
+                                           .SetAttr("value", "gate")));
+    form << (P() << (Label("Closed ") << Input()
+                                             .SetAttr("type", "text")
+                                             .SetAttr("name", "closed")
+                                             .SetEmptyAttr("disabled")));
     form << (P() << (Label("Note ") << Textarea("two\n  lines").SetAttr("name", "note")));
-    form << Button("Send");
+    form << Button("Send").SetAttr("type", "submit");
     return form;
 }
 
@@ -37,7 +42,7 @@ Element Choices() {
     form << (P() << (Label("Colour ")
                      << (Select().SetAttr("name", "colour")
                          << Option("red") << Option("green").SetEmptyAttr("selected"))));
-    form << Button("Send").SetEmptyAttr("disabled");
+    form << Button("Send").SetAttr("type", "submit").SetEmptyAttr("disabled");
     return form;
 }
 
