@@ -41,9 +41,11 @@ Words const& WordsFor(int status) {
 
 std::string PageText(Words const& said) {
     std::string const title = said.title;
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
-           title + "</title>\n</head>\n<body>\n<h1>" + title + "</h1>\n<p>" + said.text +
-           "</p>\n<p><a href=\"/\">First page</a></p>\n</body>\n</html>\n";
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
+           title + "</title>\n</head>\n<body>\n<main>\n<h1>" + title + "</h1>\n<p>" + said.text +
+           "</p>\n<p><a href=\"/\">First page</a></p>\n</main>\n</body>\n</html>\n";
 }
 
 Answer Worded(int status) {

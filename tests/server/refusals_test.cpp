@@ -99,9 +99,11 @@ TEST(Refusals, ArePages) {
     Server server;
     EXPECT_EQ(Get(server.Port(), "/nothing").body,
               "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-              "<title>No such page</title>\n</head>\n<body>\n<h1>No such page</h1>\n"
+              "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+              "<meta name=\"color-scheme\" content=\"light dark\">\n"
+              "<title>No such page</title>\n</head>\n<body>\n<main>\n<h1>No such page</h1>\n"
               "<p>There is nothing under this address.</p>\n"
-              "<p><a href=\"/\">First page</a></p>\n</body>\n</html>\n");
+              "<p><a href=\"/\">First page</a></p>\n</main>\n</body>\n</html>\n");
 }
 
 TEST(Refusals, OfAHeadHaveNoBody) {
