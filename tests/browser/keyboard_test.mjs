@@ -125,6 +125,8 @@ for (const theme of themes) {
       await page.goto(path);
       faults.push(...(await UnseenStops(page)));
     }
+    await SendBadSettings(page, "show_memory");
+    faults.push(...(await UnseenStops(page)));
     await context.close();
     ExpectNone(faults);
   });

@@ -10,6 +10,9 @@ const site = await Site.Started();
 const paths = await site.AllPaths();
 let browser;
 
+// Each side of where the style sheet arranges things anew, and a wide screen.
+const otherWidths = [480, 481, 704, 705, 1023, 1024, 1216, 1217, 1920];
+
 before(async () => {
   browser = await Launch();
 });
@@ -59,7 +62,7 @@ async function FaultsInEveryView(page) {
       faults.push(`${where}: ${fault}`);
     }
   };
-  for (const width of widths) {
+  for (const width of [...widths, ...otherWidths]) {
     await page.setViewportSize({ width, height: 800 });
     await Look(`${width} px`);
   }
