@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
 import { once } from "node:events";
-import { symlink } from "node:fs/promises";
+import { appendFile, symlink } from "node:fs/promises";
 import { createServer } from "node:http";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
@@ -15,6 +15,7 @@ import { Texts, WhyNot } from "./support/texts.mjs";
 
 const skip = WhyNot();
 const site = await Site.Started();
+const paths = await site.Paths();
 let inspector;
 
 before(async () => {
@@ -35,7 +36,6 @@ test("phrases of a catalog", { skip }, async () => {
   const phrases = await Phrases();
   const texts = await Texts();
   const title = phrases.indexOf('"Status"');
-  const paths = await site.Paths();
   const folder = join(site.folder, "catalogs");
   const faults = [];
   for (let i = 0; i < texts.length; i += phrases.length) {
@@ -54,6 +54,29 @@ test("phrases of a catalog", { skip }, async () => {
   }
   ExpectNone(faults);
 });
+
+test("entries of the log", { skip: skip || (!paths.includes("/log") && "no page shows the log") },
+  async () => {
+    const lines = (await Texts()).map((text) =>
+      `2026-05-01T12:30:05.123+02:00 [1] warning a.cpp:1: ${text.replaceAll(/[\n\r]/g, " ")}\n`);
+    await appendFile(site.logFile, lines.join(""));
+    const page = await inspector.Page(site.address);
+    const older = page.locator('a[href*="before="]');
+    const faults = [];
+    let count = 0;
+    await page.goto("/log?level=warning&text=a.cpp");
+    for (;;) {
+      count += await page.locator(".records td:last-child").count();
+      faults.push(...(await inspector.Faults(page)));
+      if (await older.count() === 0) {
+        break;
+      }
+      await page.goto(await older.getAttribute("href"));
+    }
+    await page.context().close();
+    assert.equal(count, lines.length);
+    ExpectNone(faults);
+  });
 
 test("names of processes", async () => {
   const names = ["<svg onload=a()", "\"onfocus='a()'>", "<b>bold&amp;'"];

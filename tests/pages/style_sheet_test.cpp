@@ -66,7 +66,7 @@ double Contrast(std::string const& left, std::string const& right) {
 TEST(StyleSheetTest, TextCanBeReadOnWhateverItStandsInBothThemes) {
     double const least = 4.5;  // WCAG 2.2, level AA
     for (Colours const& theme : {Light(), Dark()}) {
-        for (char const* const text : {"--ink", "--quiet", "--link", "--good", "--bad"}) {
+        for (char const* const text : {"--ink", "--quiet", "--link", "--good", "--warn", "--bad"}) {
             for (char const* const ground : {"--paper", "--card", "--stripe"}) {
                 EXPECT_GE(Contrast(theme.at(text), theme.at(ground)), least)
                     << text << " on " << ground;

@@ -8,6 +8,13 @@ import { createInterface } from "node:readline";
 
 const program = process.env.QUILLO_SERVE;
 
+// What the log holds to begin with: an entry of each level, a long one and one of another form.
+export const firstEntries = [
+  "2026-05-01T12:30:05.123+02:00 [4711] info server/supervisor.cpp:31: a worker was made anew",
+  "2026-05-01T12:30:06.123+02:00 [4711] warning src/text/filter.cpp:31: Filter: bad byte \\x01",
+  `2026-05-01T12:30:07.123+02:00 [4711] error platform/host/sys/storage.cpp:131: ${"long/".repeat(99)}`,
+  "a line of another form"].map((line) => `${line}\n`).join("");
+
 export class Site {
   // Keeps its state over Stop and Start, until Remove.
   static async Make() {
@@ -17,7 +24,7 @@ export class Site {
     const site = new Site();
     site.folder = await mkdtemp(join(tmpdir(), "quillo-browser-"));
     site.logFile = join(site.folder, "log");
-    await writeFile(site.logFile, "");
+    await writeFile(site.logFile, firstEntries);
     return site;
   }
 
