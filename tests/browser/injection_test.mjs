@@ -68,12 +68,9 @@ async function FaultsOfEachText(Sent) {
   const page = await inspector.Page(site.address);
   await page.goto("/about");
   const faults = [];
-  for (let i = 0; i < texts.length; i += 64) {
-    const some = texts.slice(i, i + 64);
-    const answers = [];
-    for (const [index, text] of some.entries()) {
-      answers.push(await Sent(text, i + index));
-    }
+  for (let i = 0; i < texts.length; i += 32) {
+    const some = texts.slice(i, i + 32);
+    const answers = await Promise.all(some.map((text, index) => Sent(text, i + index)));
     (await inspector.FaultsOf(page, answers)).forEach((found, index) => {
       faults.push(...found.map((fault) => `${Shortened(some[index])}: ${fault}`));
     });

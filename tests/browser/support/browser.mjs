@@ -12,6 +12,7 @@ export const widths = [320, 360, 1280];
 // Nothing but the pages is asked for, so that nothing fails for want of a network.
 export const launchOptions = {
   executablePath: process.env.QUILLO_CHROMIUM || "/usr/bin/chromium",
+  timeout: 120000,
   args: ["--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking",
     "--disable-component-update", "--disable-sync"]
 };
