@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import { createRequire } from "node:module";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { languages, Launch, SendBadSettings, themes, View } from "./support/browser.mjs";
 import { ExpectNone } from "./support/faults.mjs";
@@ -11,11 +11,7 @@ import { Site } from "./support/site.mjs";
 const site = await Site.Started();
 const paths = await site.AllPaths();
 const axe = await readFile(createRequire(import.meta.url).resolve("axe-core"), "utf8");
-let browser;
-
-before(async () => {
-  browser = await Launch();
-});
+const browser = await Launch();
 
 after(async () => {
   await browser.close();

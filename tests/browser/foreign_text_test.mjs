@@ -5,7 +5,7 @@ import { once } from "node:events";
 import { appendFile, symlink } from "node:fs/promises";
 import { createServer } from "node:http";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { Phrases, WriteCatalog } from "./support/catalog.mjs";
 import { ExpectNone } from "./support/faults.mjs";
@@ -16,11 +16,7 @@ import { Texts, WhyNot } from "./support/texts.mjs";
 const skip = WhyNot();
 const site = await Site.Started();
 const paths = await site.Paths();
-let inspector;
-
-before(async () => {
-  inspector = await Inspector.Of(site);
-});
+const inspector = await Inspector.Of(site);
 
 after(async () => {
   await inspector.Close();
@@ -78,19 +74,18 @@ test("entries of the log", { skip: skip || (!paths.includes("/log") && "no page 
     ExpectNone(faults);
   });
 
-test("names of processes", async () => {
+test("names of processes", async (t) => {
   const names = ["<svg onload=a()", "\"onfocus='a()'>", "<b>bold&amp;'"];
   const page = await inspector.Page(site.address);
   for (const name of names) {
     const program = join(site.folder, name);
     await symlink("/bin/cat", program);
     const process = spawn(program, { stdio: ["pipe", "ignore", "inherit"] });
+    t.after(() => process.kill());
     await once(process, "spawn");
     await page.goto("/processes");
     assert.equal(await page.getByText(name, { exact: true }).count(), 1, name);
     ExpectNone(await inspector.Faults(page));
-    process.stdin.end();
-    await once(process, "exit");
   }
   await page.context().close();
 });
@@ -113,12 +108,12 @@ for (const [text, found] of [
   ["<b>x</b>", /^B$/m],
   ["<p onclick='x()'>", /^P onclick$/m],
   ["<img src=http://127.0.0.1:1/>", /asks for http:\/\/127.0.0.1:1\//]]) {
-  test(`what is not shown as text is found: ${text}`, async () => {
+  test(`what is not shown as text is found: ${text}`, async (t) => {
     const server = await Careless(text);
+    t.after(() => server.close());
     const page = await inspector.Page(`http://127.0.0.1:${server.address().port}`);
     await page.goto("/");
     assert.match((await inspector.Faults(page)).join("\n"), found);
     await page.context().close();
-    server.close();
   });
 }

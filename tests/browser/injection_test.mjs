@@ -1,7 +1,7 @@
 // Whatever readers and other programs send is shown as text, if it is shown at all: in a form, an
 // address, a cookie or a header.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { ExpectNone } from "./support/faults.mjs";
 import { Inspector } from "./support/parts.mjs";
@@ -12,11 +12,7 @@ const skip = WhyNot();
 const texts = skip ? [] : await Texts();
 const site = await Site.Started();
 const paths = [...(await site.Paths()), "/nothing"];
-let inspector;
-
-before(async () => {
-  inspector = await Inspector.Of(site);
-});
+const inspector = await Inspector.Of(site);
 
 after(async () => {
   await inspector.Close();

@@ -4,7 +4,7 @@ import assert from "node:assert/strict";
 import { mkdtemp, rm } from "node:fs/promises";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { chromium } from "playwright-core";
 
@@ -13,11 +13,7 @@ import { Site } from "./support/site.mjs";
 
 const site = await Site.Started();
 const names = ["show_memory", "show_interfaces", "show_storage"];
-let browser;
-
-before(async () => {
-  browser = await Launch();
-});
+const browser = await Launch();
 
 after(async () => {
   await browser.close();
@@ -83,11 +79,15 @@ async function LanguageOf(page, path) {
   return page.locator("html").getAttribute("lang");
 }
 
-test("the language stays over pages and over a restart of the browser", async () => {
+test("the language stays over pages and over a restart of the browser", async (t) => {
   const folder = await mkdtemp(join(tmpdir(), "quillo-profile-"));
   const Open = () =>
     chromium.launchPersistentContext(folder, { ...launchOptions, ...View(site, {}) });
   let context = await Open();
+  t.after(async () => {
+    await context.close();
+    await rm(folder, { recursive: true });
+  });
   let page = context.pages()[0];
   assert.equal(await LanguageOf(page, "/status"), "en");
   for (const { code } of [...languages].reverse()) {
@@ -102,6 +102,4 @@ test("the language stays over pages and over a restart of the browser", async ()
     page = context.pages()[0];
     assert.equal(await LanguageOf(page, "/status"), code);
   }
-  await context.close();
-  await rm(folder, { recursive: true });
 });

@@ -1,6 +1,6 @@
 // All of it can be done with the keyboard alone, and one always sees where one is.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { languages, Launch, SendBadSettings, themes, View } from "./support/browser.mjs";
 import { ExpectNone } from "./support/faults.mjs";
@@ -8,11 +8,7 @@ import { Site } from "./support/site.mjs";
 
 const site = await Site.Started();
 const paths = await site.AllPaths();
-let browser;
-
-before(async () => {
-  browser = await Launch();
-});
+const browser = await Launch();
 
 after(async () => {
   await browser.close();

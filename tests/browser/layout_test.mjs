@@ -1,6 +1,6 @@
 // Every page in every language, theme and width: it fits, and the browser has nothing to complain of.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { languages, Launch, SendBadSettings, themes, View, Watch, widths } from "./support/browser.mjs";
 import { ExpectNone } from "./support/faults.mjs";
@@ -8,14 +8,10 @@ import { firstEntries, Site } from "./support/site.mjs";
 
 const site = await Site.Started();
 const paths = await site.AllPaths();
-let browser;
+const browser = await Launch();
 
 // Each side of where the style sheet arranges things anew, and a wide screen.
 const otherWidths = [480, 481, 704, 705, 1023, 1024, 1216, 1217, 1920];
-
-before(async () => {
-  browser = await Launch();
-});
 
 after(async () => {
   await browser.close();

@@ -1,17 +1,13 @@
 // Without scripts all of it works as well.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
 import { languages, Launch, View, Watch } from "./support/browser.mjs";
 import { ExpectNone } from "./support/faults.mjs";
 import { Site } from "./support/site.mjs";
 
 const site = await Site.Started();
-let browser;
-
-before(async () => {
-  browser = await Launch();
-});
+const browser = await Launch();
 
 after(async () => {
   await browser.close();

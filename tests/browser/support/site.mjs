@@ -25,6 +25,8 @@ export class Site {
     site.folder = await mkdtemp(join(tmpdir(), "quillo-browser-"));
     site.logFile = join(site.folder, "log");
     await writeFile(site.logFile, firstEntries);
+    // A test that cannot go on leaves no server behind.
+    process.once("exit", () => site.process?.kill());
     return site;
   }
 
