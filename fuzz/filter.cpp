@@ -6,6 +6,9 @@ using namespace Quillo;
 
 namespace {
 
+// Beyond them a text is not tried in every way: reports take time.
+constexpr std::size_t mostReports = 8;
+
 bool IsRefused(char c) {
     unsigned char const byte = static_cast<unsigned char>(c);
     return (byte < 0x20 && c != '\t' && c != '\n') || byte == 0x7F;
@@ -42,6 +45,16 @@ std::string Unescaped(std::string html) {
     return html;
 }
 
+// A string is filtered like the text in it, and so is an element's text when it is written.
+void CheckString(std::string const& text, std::string const& expected,
+                 std::vector<std::string> const& reports) {
+    ResetLibrary();
+    ExpectEqual(Filter(text), expected, "Filter: a string ends at its first NUL");
+    ExpectEqual(Reports(), reports, "Filter: a string is reported alike");
+    ExpectEqual(Html(Text(text, true)), expected, "a filtered text is written through Filter");
+    ExpectEqual(Html(Text(text, false)), text, "any other text is written as it stands");
+}
+
 }  // namespace
 
 void Check(std::string const& input) {
@@ -63,13 +76,8 @@ void Check(std::string const& input) {
     ExpectEqual(filtered.find_first_of("<>\""), std::string::npos, "Filter: no markup is left");
     ExpectEqual(Unescaped(filtered), seen, "Filter: a browser reads the text");
 
-    ResetLibrary();
-    ExpectEqual(Filter(input), expected, "Filter: a string ends at its first NUL");
-    ExpectEqual(Reports(), reports, "Filter: a string is reported alike");
-
-    ResetLibrary();
-    ExpectEqual(Html(Text(input, true)), input == seen ? expected : Filter(input),
-                "a filtered text is written through Filter");
-    ExpectEqual(Html(Text(input, false)), input, "any other text is written as it stands");
     ExpectEqual(Filter(nullptr), std::string(), "Filter: null is the empty text");
+    if (reports.size() < mostReports) {
+        CheckString(input, expected, reports);
+    }
 }
