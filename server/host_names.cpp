@@ -20,6 +20,10 @@ bool IsPort(std::string const& text) {
            (text[0] == ':' && text.find_first_not_of("0123456789", 1) == std::string::npos);
 }
 
+bool EndsWithDot(std::string const& name) {
+    return !name.empty() && name.back() == '.';
+}
+
 }  // namespace
 
 std::string HostName(std::string const& authority) {
@@ -28,13 +32,10 @@ std::string HostName(std::string const& authority) {
                                 ? bracket + 1
                                 : std::min(authority.find(':'), authority.size());
     std::string name = Lowered(authority.substr(0, end));
-    if (!IsPort(authority.substr(end))) {
-        return "";
-    }
-    if (!name.empty() && name.back() == '.') {
+    if (EndsWithDot(name)) {
         name.pop_back();
     }
-    return name;
+    return IsPort(authority.substr(end)) && !EndsWithDot(name) ? name : "";
 }
 
 std::string GivenHostName(std::string const& text) {

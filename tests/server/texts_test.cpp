@@ -88,10 +88,10 @@ TEST(HostNames, AreReadFromTheHostField) {
         char const* authority;
         char const* name;
     };
-    for (Row const& row :
-         {Row{"Localhost", "localhost"}, Row{"a.example:80", "a.example"},
-          Row{"a.example.", "a.example"}, Row{"[::1]:80", "[::1]"}, Row{"[FD00::1]", "[fd00::1]"},
-          Row{"a:b", ""}, Row{"a:1:2", ""}, Row{"[::1]x", ""}, Row{"", ""}}) {
+    for (Row const& row : {Row{"Localhost", "localhost"}, Row{"a.example:80", "a.example"},
+                           Row{"a.example.", "a.example"}, Row{"a.example..", ""}, Row{".", ""},
+                           Row{"..", ""}, Row{"[::1]:80", "[::1]"}, Row{"[FD00::1]", "[fd00::1]"},
+                           Row{"a:b", ""}, Row{"a:1:2", ""}, Row{"[::1]x", ""}, Row{"", ""}}) {
         EXPECT_EQ(HostName(row.authority), row.name) << row.authority;
     }
 }
