@@ -37,6 +37,16 @@ TEST(Memory, CannotHaveWhatTheFileDoesNotTell) {
     EXPECT_EQ(Shown(ReadMemory()), "~|~|~|~\n");
 }
 
+TEST(Memory, CannotBeHadInBytesThatAreMoreThanFit) {
+    FixtureMachine machine;
+    machine.Write("proc/meminfo",
+                  "MemTotal: 18014398509481983 kB\n"
+                  "MemAvailable: 18014398509481984 kB\n"
+                  "SwapTotal: 18446744073709551615 kB\n"
+                  "SwapFree: 18446744073709551616 kB\n");
+    EXPECT_EQ(Shown(ReadMemory()), "18446744073709550592|~|~|~\n");
+}
+
 TEST(Memory, IsNotThereWithoutItsFile) {
     FixtureMachine machine;
     CapturedStderr const captured;

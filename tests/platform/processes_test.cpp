@@ -47,6 +47,15 @@ TEST(Processes, MayHaveAnyName) {
     }
 }
 
+TEST(Processes, UseNothingThatCanBeToldWhenTheirPagesAreNoNumberThatFits) {
+    // In pages of 4 KiB, and in any larger ones, the second has more bytes than 64 bits can count.
+    for (char const* pages : {"x", "4503599627370497", "18446744073709551616"}) {
+        FixtureMachine machine;
+        machine.Write("proc/5/stat", Stat("large", 'S', 1, pages));
+        EXPECT_EQ(Shown(ReadProcesses()), "5|large|S|0|1\n") << pages;
+    }
+}
+
 TEST(Processes, AreLeftOutWhenTheyEndWhileTheyAreRead) {
     FixtureMachine machine;
     machine.Write("proc/5/other", "");

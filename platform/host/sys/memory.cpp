@@ -4,6 +4,7 @@
 //     MemAvailable:   20480000 kB
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -21,7 +22,8 @@ Value BytesOf(std::string const& kibibytes) {
     char const* const end = kibibytes.data() + kibibytes.size();
     auto const parsed = std::from_chars(kibibytes.data(), end, number);
     bool const isNumber = parsed.ec == std::errc() && parsed.ptr == end;
-    return isNumber ? Value(std::to_string(number * 1024)) : std::nullopt;
+    bool const fits = number <= std::numeric_limits<std::uint64_t>::max() / 1024;
+    return isNumber && fits ? Value(std::to_string(number * 1024)) : std::nullopt;
 }
 
 Value BytesNamed(std::string const& name, std::vector<std::string> const& lines) {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -41,6 +42,14 @@ constexpr std::size_t stateField = 0;
 constexpr std::size_t threadsField = 17;
 constexpr std::size_t pagesField = 21;
 
+// 0 for what is no number, and for more bytes than can be counted.
+std::uint64_t BytesOf(std::string const& pages) {
+    std::uint64_t const pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+    std::uint64_t number = 0;
+    std::from_chars(pages.data(), pages.data() + pages.size(), number);
+    return number <= std::numeric_limits<std::uint64_t>::max() / pageSize ? number * pageSize : 0;
+}
+
 std::optional<Process> ParseStat(int pid, std::string const& text) {
     std::size_t const open = text.find('(');
     std::size_t const close = text.rfind(')');
@@ -51,11 +60,8 @@ std::optional<Process> ParseStat(int pid, std::string const& text) {
     if (fields.size() <= pagesField) {
         return std::nullopt;
     }
-    std::uint64_t pages = 0;
-    std::string const& digits = fields[pagesField];
-    std::from_chars(digits.data(), digits.data() + digits.size(), pages);
     return Process{pid, text.substr(open + 1, close - open - 1), fields[stateField],
-                   pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)), fields[threadsField]};
+                   BytesOf(fields[pagesField]), fields[threadsField]};
 }
 
 bool IsLarger(Process const& left, Process const& right) {
