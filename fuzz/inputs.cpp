@@ -102,5 +102,9 @@ std::string InputMaker::Next() {
     for (std::size_t left = Below(Below(4) == 0 ? 200 : 24); left > 0; --left) {
         input += Piece();
     }
+    // What a target does with its texts, it reads from the back.
+    for (std::size_t left = Below(3) == 0 ? Below(300) : 0; left > 0; --left) {
+        input += static_cast<char>(Below(256));
+    }
     return input;
 }

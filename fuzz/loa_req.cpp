@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 
 #include "device/system_calls.hpp"
 #include "feed.hpp"
@@ -199,6 +200,11 @@ void CheckQuery(Query const& query, SystemCalls& calls, bool isAliased) {
     Platform().formatResult = query.formatResult;
     Expected const expected = ByTheRules(calls, query);
     WatchedRequest request;
+    std::fill(std::begin(request.app.loaState), std::end(request.app.loaState), 4711);
+    Platform().onInitialize = [](ZOV_AppData const* app) {
+        ExpectEqual(std::count(std::begin(app->loaState), std::end(app->loaState), 0U),
+                    std::ptrdiff_t{8}, "LoaReq: a request begins with nothing in its state");
+    };
     Rows rows = {{query.object}, query.attrs};
     int const status =
         GetObject(request.app, static_cast<ObjectType>(query.type),

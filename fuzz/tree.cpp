@@ -110,7 +110,7 @@ public:
 
     void Run() {
         for (int steps = 0; steps < 200 && !feed.IsEmpty(); ++steps) {
-            Step(feed.Below(12), pairs[feed.Below(8)]);
+            Step(feed.Below(13), pairs[feed.Below(8)]);
         }
         for (Pair const& pair : pairs) {
             Compare(pair);
@@ -137,7 +137,12 @@ private:
         static std::string const names[] = {"name", "style", "class", "id"};
         std::string const name = feed.Bit() ? names[feed.Below(4)] : feed.Text();
         if (step == 7) {
-            std::string const value = feed.Text();
+            // Some are longer than any buffer.
+            std::string const piece = feed.Text();
+            std::string value = piece;
+            for (unsigned left = feed.Below(8) == 7 ? 100 : 0; left > 0; --left) {
+                value += piece;
+            }
             pair.element.SetAttr(name, value);
             pair.model->attrs[name] = value;
             pair.model->emptyAttrs.erase(name);
@@ -148,6 +153,8 @@ private:
             AddStyle(pair, name);
         } else if (step == 10) {
             SetFlags(pair, feed.Byte());
+        } else if (step == 11) {
+            SetSource(pair, name);
         } else {
             CompareShort(pair, feed.Byte());
         }
@@ -160,6 +167,16 @@ private:
         pair.element.AddStyle(style);
         pair.model->attrs["style"] = joined;
         pair.model->emptyAttrs.erase("style");
+    }
+
+    static void SetSource(Pair& pair, std::string const& url) {
+        Img image;
+        image.impl = pair.element.impl;
+        image.Src(url);
+        pair.model->attrs["src"] = url;
+        pair.model->attrs["class"] = "middle";
+        pair.model->emptyAttrs.erase("src");
+        pair.model->emptyAttrs.erase("class");
     }
 
     static void SetFlags(Pair& pair, unsigned flags) {
@@ -182,23 +199,32 @@ private:
             parent.model->Size() + child.model->Size() > mostElements) {
             return;
         }
-        bool isRefused = false;
-        std::string message;
-        try {
-            parent.element << child.element;
-        } catch (Glb::Error const& error) {
-            isRefused = true;
-            message = error.message();
-        }
-        ExpectEqual(isRefused, parent.model->isLeaf, "a leaf takes no child");
-        if (isRefused) {
-            ExpectEqual(message, "Tried to add child to <" + parent.model->tag + "> item",
-                        "a refused child is told of");
-            Compare(parent);
+        if (parent.model->isLeaf) {
+            AddToLeaf(parent, child);
             return;
         }
+        parent.element << child.element;
         parent.model->children.push_back(child.model);
         child.model->parent = parent.model.get();
+    }
+
+    // A platform whose ThrowError returns is no leave to go on.
+    void AddToLeaf(Pair const& leaf, Pair const& child) {
+        Platform().trace.clear();
+        Platform().throwErrorReturns = feed.Bit();
+        bool isRefused = false;
+        try {
+            leaf.element << child.element;
+        } catch (Glb::Error const&) {
+            isRefused = true;
+        }
+        Expect(isRefused, "a leaf takes no child");
+        ExpectEqual(Platform().trace,
+                    std::vector<std::string>{"ThrowError Tried to add child to <" +
+                                             leaf.model->tag + "> item"},
+                    "a refused child is told of");
+        Compare(leaf);
+        Compare(child);
     }
 
     // The elements of both trees have the same links.
@@ -259,12 +285,50 @@ private:
     std::array<Pair, 8> pairs;
 };
 
+// A renderer by itself: what page code writes by its operators.
+void CheckRenderer(Feed feed) {
+    std::ostringstream page;
+    Renderer r(page);
+    std::string expected;
+    bool isAtStart = true;
+    isDebug = feed.Bit();
+    for (unsigned left = feed.Below(8); left > 0; --left) {
+        unsigned const kind = feed.Below(6);
+        int const number = feed.Number();
+        std::string const text = feed.Text();
+        if (kind == 0) {
+            r << text;
+            expected += text;
+        } else if (kind == 1) {
+            r << TightText(text).c_str();
+            expected += text.c_str();
+        } else if (kind == 2) {
+            r << number;
+            expected += std::to_string(number);
+        } else if (kind == 3) {
+            r << static_cast<char>(number & 0xFF);
+            expected += static_cast<char>(number & 0xFF);
+        } else if (kind == 4) {
+            r << Endl();
+            expected += '\n';
+        } else {
+            r << Indent(number & 7);
+            expected.append(isAtStart && isDebug ? 2 * static_cast<std::size_t>(number & 7) : 0,
+                            ' ');
+        }
+        isAtStart = kind == 4;
+        ExpectEqual(r.atLineStart, isAtStart, "a line starts behind a line end");
+    }
+    ExpectEqual(page.str(), expected, "what is written to a renderer is in the page");
+}
+
 }  // namespace
 
 void Check(std::string const& input) {
     ResetLibrary();
     {
         Feed feed(input);
+        CheckRenderer(feed);
         Machine(feed).Run();
     }
     ResetLibrary();
