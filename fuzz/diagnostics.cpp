@@ -1,5 +1,7 @@
 // Reports and traces with any text in them: the device log, `debugMsgs`, and a page that shows
 // `debugMsgs` while it grows.
+#include <unistd.h>
+
 #include "feed.hpp"
 #include "library.hpp"
 #include "oracle.hpp"
@@ -111,6 +113,15 @@ void CheckPage(bool isInScript) {
                 "a page shows the lines, and those that writing them made");
 }
 
+// The switch is worked out once, from a file that nobody has.
+void CheckSwitch(bool value) {
+    isDebugInit = false;
+    Expect(!IsDebug() && isDebugInit, "IsDebug: without its file, no");
+    isDebug = value;
+    ExpectEqual(IsDebug(), value, "IsDebug: is not asked again");
+    isDebug = false;
+}
+
 // Without an element for lines, the device log is told all the same.
 void CheckWithoutLines(unsigned step, std::string const& text) {
     ResetLibrary();
@@ -134,6 +145,9 @@ void Check(std::string const& input) {
     std::string text;
     unsigned step = 0;
     CheckSettings(input, feed.Number());
+    if (access("/do-quillo-debug", F_OK) != 0) {
+        CheckSwitch(isInScript);
+    }
     for (unsigned left = 1 + feed.Below(4); left > 0; --left) {
         step = feed.Below(4);
         text = feed.Text();

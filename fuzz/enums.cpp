@@ -1,5 +1,7 @@
 // The vocabularies against a table of their texts.
 #include <algorithm>
+#include <iostream>
+#include <sstream>
 
 #include "feed.hpp"
 #include "library.hpp"
@@ -68,6 +70,30 @@ void CheckAll(std::string const& text, int number, Companions<E> const& has,
     CheckTables(has, words);
 }
 
+// Ends that are wrong, and a base library that finds no two texts equal, are told of.
+void CheckFailure(unsigned kind) {
+    std::ostringstream told;
+    std::streambuf* const before = std::cout.rdbuf(told.rdbuf());
+    (kind == 0 ? AlignType_FIRST : AlignType_LAST) = AlignType_Center;
+    Platform().compare = [](char const*, char const*) { return 1; };
+    int const other = ValignType_UnitTest();
+    int const status = AlignType_UnitTest();
+    int const all = EnumsUnitTest();
+    AlignType_FIRST = AlignType_Left;
+    AlignType_LAST = AlignType_Right;
+    std::cout.rdbuf(before);
+    ResetLibrary();
+    ExpectEqual(status + 2 * other + 4 * all, 7, "UnitTest: 1 says that it failed");
+    ExpectEqual(told.str(),
+                "** ValignType_UnitTest: Failed back-and-forth conversion of \"top\" (0)\n"
+                "** AlignType_UnitTest: Quillo:: AlignType" +
+                    std::string(kind == 0 ? "_FIRST" : "_LAST") +
+                    " is wrong\n"
+                    "** LoaContext_UnitTest: Failed back-and-forth conversion of \"unspecified\" "
+                    "(0)\n",
+                "UnitTest: what is wrong is told");
+}
+
 #define COMPANIONS(E)                                               \
     Companions<E> {                                                 \
         E##_ENUMS, E##_ENUMS_LEN, E##_FIRST, E##_LAST, E##_UnitTest \
@@ -79,6 +105,7 @@ void Check(std::string const& input) {
     ResetLibrary();
     Feed feed(input);
     int const number = feed.Bit() ? feed.Number() : static_cast<int>(feed.Below(8)) - 1;
+    unsigned const failure = feed.Below(2);
     std::string const text = feed.Rest().c_str();
     CheckAll(text, number, COMPANIONS(LoaContext),
              {{"unspecified", "none", "html", "js", "php", "both"}, "unknown-LoaContext", false});
@@ -97,6 +124,7 @@ void Check(std::string const& input) {
     int const pixels[] = {16, 24, 32, 48};
     ExpectEqual(GetPixelSize(static_cast<IconSize>(number)),
                 number >= 0 && number < 4 ? pixels[number] : 16, "GetPixelSize: 16 for no size");
+    CheckFailure(failure);
     ExpectEqual(EnumsUnitTest(), 0, "EnumsUnitTest: all fit together");
     ExpectEqual(Reports(), std::vector<std::string>(), "enums: nothing is reported");
 }

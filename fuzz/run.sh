@@ -130,7 +130,13 @@ measure() {
     done
     llvm-profdata merge -sparse "$build"/profiles/*.profraw -o "$build/profiles/all"
     llvm-cov report -instr-profile "$build/profiles/all" "${programs[@]:1}" \
-        -show-region-summary=false "$root/src"
+        -show-region-summary=false -show-branch-summary=false |
+        awk '/(^|\/)src\/[a-z]+\/[a-z_.]+ / {
+                 lines += $5
+                 missed += $6
+                 printf "%-34s %4d lines, %3d missed\n", $1, $5, $6
+             }
+             END { printf "reached: %.1f %% of %d lines\n", 100 * (1 - missed / lines), lines }'
 }
 
 if [[ $mode == coverage ]]; then
