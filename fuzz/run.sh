@@ -63,7 +63,7 @@ fuzz() {  # TARGET
     words=$(dictionary "$target")
     [[ -d $build/seeds/$target ]] ||
         "$build/bin/fuzz-write-seeds" "$build/seeds/$target" "$here/words/$target.dict"
-    "$build/bin/fuzz-$target" "-max_total_time=$seconds" -max_len=1024 -timeout=20 \
+    "$build/bin/fuzz-$target" "-max_total_time=$seconds" -max_len=1024 -timeout=120 \
         -rss_limit_mb=2048 -print_final_stats=1 "-dict=$words" \
         "-artifact_prefix=$build/findings/$target-" \
         "$corpora/$target" "$build/seeds/$target" \
