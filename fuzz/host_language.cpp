@@ -135,7 +135,7 @@ std::optional<std::string> ByTheRules(std::string const& accepted, Texts names,
 
 void Check(std::string const& input) {
     Feed feed(input);
-    static Texts const all = {"ar-eg", "de-de", "en-us", "zh-hans-cn", "sr"};
+    static Texts const all = {"ar-eg", "de-de", "en-us", "zh-hans-cn", "zh-a-cn"};
     unsigned const chosen = feed.Byte();
     Texts names;
     for (std::size_t i = 0; i < all.size(); ++i) {
