@@ -52,10 +52,10 @@ DeviceTest::~DeviceTest() {
 }
 
 void DeviceTest::TearDown() {
-    EXPECT_EQ(app.out, serverOut);
+    EXPECT_EQ(app.out, serverOut) << holdsWithoutMemory;
     EXPECT_EQ(std::fflush(serverOut), 0);
-    EXPECT_EQ(std::string(serverText, serverSize), "");
-    EXPECT_EQ(Opened(), std::set<int>());
+    EXPECT_EQ(std::string(serverText, serverSize), "") << holdsWithoutMemory;
+    EXPECT_EQ(Opened(), std::set<int>()) << holdsWithoutMemory;
 }
 
 std::set<int> DeviceTest::Opened() const {

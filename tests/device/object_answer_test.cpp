@@ -2,6 +2,7 @@
 #include <random>
 
 #include "device/device_fixture.hpp"
+#include "support/rounds.hpp"
 
 using namespace Quillo;
 
@@ -185,7 +186,7 @@ Reading ReadingOf(std::string const& answer, std::size_t attributes) {
 TEST_F(ObjectAnswerTest, AnyAnswerReadsAsItsLinesAndTheirPieces) {
     std::mt19937 random(20);
     char const alphabet[] = {'\t', '\n', 'a', 'b', '\t', 'c'};
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < Rounds(2000); ++i) {
         std::string answer(random() % (i % 20 == 0 ? 600 : 12), ' ');
         for (char& c : answer) {
             c = alphabet[random() % sizeof alphabet];

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "support/page_test.hpp"
+#include "support/rounds.hpp"
 
 using namespace Quillo;
 
@@ -60,7 +61,7 @@ TEST_F(DiagnosticsTest, TheCodeIsReadAtTheTimeOfTheReport) {
 
 TEST_F(DiagnosticsTest, LinesAreKeptInPlacesThatDouble) {
     std::set<std::size_t> capacities;
-    for (int i = 0; i < 1000; ++i) {
+    for (int i = 0; i < Rounds(1000); ++i) {
         ReportDiagnostic(logSpecInfo, "m");
         capacities.insert(debugMsgs.impl->children.capacity());
     }
@@ -151,6 +152,7 @@ TEST_F(DiagnosticsTest, APassOverDebugMsgsWritesWhatItCausesAndEnds) {
 
     // Outside a pass a report is a line again.
     ReportDiagnostic(logSpecInfo, "later");
+    ASSERT_EQ(DebugMessages().size(), 3U);
     EXPECT_EQ(DebugMessages().back(), "LOGINFO: later");
 }
 
@@ -179,7 +181,7 @@ private:
 
 TEST_F(DiagnosticsTest, AStreamThatThrowsInAPassLeavesReportsAsTheyWere) {
     ReportDiagnostic(logSpecWarn, "\x01");
-    for (int bytes = 0; bytes < 300; ++bytes) {
+    for (int bytes = 0; bytes < Rounds(300); ++bytes) {
         FailingBuffer buffer(bytes);
         std::ostream out(&buffer);
         out.exceptions(std::ios::badbit);

@@ -8,6 +8,7 @@
 
 #include "elements/random_trees.hpp"
 #include "support/page_test.hpp"
+#include "support/rounds.hpp"
 
 using namespace Quillo;
 
@@ -242,7 +243,7 @@ protected:
 
     // A fault at every byte, or at every flush, until there is none.
     void CompareAtEveryPlace(Fault fault, std::ios_base::iostate exceptions) {
-        for (int round = 0; round < 60; ++round) {
+        for (int round = 0; round < Rounds(60); ++round) {
             Element const tree = MakeElement(trees.Next());
             isDebug = round % 3 == 0;
             std::size_t const size = Html(tree).size();
@@ -264,7 +265,7 @@ constexpr std::ios_base::iostate masks[] = {std::ios_base::goodbit, std::ios_bas
                                             std::ios_base::badbit | std::ios_base::failbit};
 
 TEST_F(StreamsTest, AGoodStreamGetsTheSameBytesAndFlushes) {
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < Rounds(2000); ++round) {
         isDebug = round % 2 == 0;
         ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), Setting()));
     }
@@ -292,7 +293,7 @@ TEST_F(StreamsTest, AStreamThatCannotFlushIsLeftInTheSameState) {
 TEST_F(StreamsTest, ATiedStreamIsFlushedBeforeEachPiece) {
     Setting setting;
     setting.isTied = true;
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < Rounds(200); ++round) {
         ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), setting));
     }
 }
@@ -300,7 +301,7 @@ TEST_F(StreamsTest, ATiedStreamIsFlushedBeforeEachPiece) {
 TEST_F(StreamsTest, AUnitBufferedStreamIsFlushedAfterEachPiece) {
     Setting setting;
     setting.isUnitBuffered = true;
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < Rounds(200); ++round) {
         ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), setting));
     }
 }
@@ -310,7 +311,7 @@ TEST_F(StreamsTest, AStreamThatHasFailedBeforeGetsNothing) {
          {std::ios_base::badbit, std::ios_base::failbit, std::ios_base::eofbit}) {
         Setting setting;
         setting.state = state;
-        for (int round = 0; round < 50; ++round) {
+        for (int round = 0; round < Rounds(50); ++round) {
             ASSERT_NO_FATAL_FAILURE(Compare(MakeElement(trees.Next()), setting));
         }
     }

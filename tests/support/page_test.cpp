@@ -18,11 +18,19 @@ void ResetProcess() {
 
 }  // namespace
 
+void (*PageTest::beforeReset)() = [] {};
+void (*PageTest::onBegin)() = [] {};
+
+char const holdsWithoutMemory[] = "This has to hold without memory, too.";
+
 PageTest::PageTest() {
+    beforeReset();
     ResetProcess();
+    onBegin();
 }
 
 PageTest::~PageTest() {
+    beforeReset();
     ResetProcess();
 }
 

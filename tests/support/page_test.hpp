@@ -13,10 +13,19 @@
 
 // Each test starts with nothing recorded and nothing reported, outside debug mode, in no language.
 class PageTest : public ::testing::Test {
+public:
+    // Called before all of that is made, at a test's beginning and at its end, and when the test can
+    // begin: for who runs the tests in circumstances that its making must not notice.
+    static void (*beforeReset)();
+    static void (*onBegin)();
+
 protected:
     PageTest();
     ~PageTest() override;
 };
+
+// Goes into the message of an assertion that has to hold even when memory runs out in the test.
+extern char const holdsWithoutMemory[];
 
 // The tree below `root` as HTML, written at `level` with a renderer of its own.
 std::string Html(Quillo::Element const& root, int level = 0);
