@@ -29,9 +29,7 @@ struct alignas(std::max_align_t) Head {
     bool isLibrarys;
 };
 
-constexpr long none = -1;
-long allowance = none;
-long count = 0;
+long allowance = everything;
 Failure kind = Failure::Once;
 bool hasFailed = false;
 char const* thrown = nullptr;
@@ -94,7 +92,6 @@ bool IsLibrarys(std::uintptr_t caller) {
 
 // Counts one allocation of the library's, and tells whether it is one that fails.
 bool FailsNow() {
-    ++count;
     bool const fails = allowance == 0;
     hasFailed = hasFailed || fails;
     if (allowance > 0 || (fails && kind == Failure::Once)) {
@@ -155,12 +152,11 @@ void FailBehind(long allocations, Failure failure) {
     allowance = allocations;
     kind = failure;
     hasFailed = false;
-    count = 0;
     thrown = nullptr;
 }
 
 void Succeed() {
-    allowance = none;
+    allowance = everything;
 }
 
 bool HasFailed() {
@@ -169,10 +165,6 @@ bool HasFailed() {
 
 char const* WhatWasThrown() {
     return thrown;
-}
-
-long Allocations() {
-    return count;
 }
 
 Kept WhatIsKept() {

@@ -1,7 +1,8 @@
 // Memory that runs out inside the library alone.
 //
-// A program that links library_memory.cpp gets its operator new. An allocation is the library's when
-// the innermost function outside of the C++ library's own that asked for it lies in the library:
+// A program that links library_memory.cpp gets its operator new. An allocation is the library's
+// when the innermost function outside of the C++ library's own that asked for it lies in the
+// library:
 //
 //     operator new <- std::string::append <- Quillo::Filter <- a test          the library's
 //     operator new <- std::string::append <- a test                           not
@@ -19,20 +20,20 @@ void Watch(void const* function);
 
 enum class Failure { Once, FromThenOn };
 
-// The library's next `allocations` allocations succeed, and the one behind them fails.
+// The library's next `allocations` allocations succeed, and the one behind them fails; none fails
+// behind `everything`.
+constexpr long everything = -1;
 void FailBehind(long allocations, Failure failure);
 
 // All succeed again.
 void Succeed();
 
-// How many the library made since `FailBehind`.
-long Allocations();
-
 // Whether one failed since `FailBehind`.
 bool HasFailed();
 
-// The name of a type that the library has thrown since `FailBehind` and that is not std::bad_alloc, as
-// the compiler writes it; null: there was none. Whether the library caught it makes no difference.
+// The name of a type that the library has thrown since `FailBehind` and that is not std::bad_alloc,
+// as the compiler writes it; null: there was none. Whether the library caught it makes no
+// difference.
 char const* WhatWasThrown();
 
 // What the library has allocated and nobody has released yet.

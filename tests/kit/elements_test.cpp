@@ -137,7 +137,8 @@ std::string Seen(std::string html, std::string const& tag) {
     html.erase(0, html.find('>') + 1);
     html.erase(0, html.compare(0, 1, "\n") == 0 ? 1 : 0);
     for (std::size_t at = html.find('<'); at != std::string::npos; at = html.find('<')) {
-        html.erase(at, html.find('>', at) + 1 - at);
+        std::size_t const end = html.find('>', at);
+        html.erase(at, end == std::string::npos ? end : end + 1 - at);
     }
     for (auto const& entity : std::vector<std::pair<std::string, std::string>>{
              {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}}) {

@@ -14,8 +14,8 @@
 // Each test starts with nothing recorded and nothing reported, outside debug mode, in no language.
 class PageTest : public ::testing::Test {
 public:
-    // Called before all of that is made, at a test's beginning and at its end, and when the test can
-    // begin: for who runs the tests in circumstances that its making must not notice.
+    // Called before all of that is made, at a test's beginning and at its end, and when the test
+    // can begin: for who runs the tests in circumstances that its making must not notice.
     static void (*beforeReset)();
     static void (*onBegin)();
 
