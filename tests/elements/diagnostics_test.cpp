@@ -2,9 +2,11 @@
 
 #include <climits>
 #include <cstdint>
+#include <functional>
 #include <locale>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "support/page_test.hpp"
 #include "support/rounds.hpp"
@@ -154,6 +156,33 @@ TEST_F(DiagnosticsTest, APassOverDebugMsgsWritesWhatItCausesAndEnds) {
     ReportDiagnostic(logSpecInfo, "later");
     ASSERT_EQ(DebugMessages().size(), 3U);
     EXPECT_EQ(DebugMessages().back(), "LOGINFO: later");
+}
+
+// Runs `work` when it is first written.
+struct Worker : ElementImpl {
+    explicit Worker(std::function<void(Renderer&)> doWork)
+        : ElementImpl("worker", true), work(std::move(doWork)) {}
+    void Render(Renderer& r, int) const override {
+        if (!hasWorked) {
+            hasWorked = true;
+            work(r);
+        }
+    }
+    std::function<void(Renderer&)> const work;
+    mutable bool hasWorked = false;
+};
+
+Element Working(std::function<void(Renderer&)> const& work) {
+    return Element(boost::shared_ptr<ElementImpl>(new Worker(work)));
+}
+
+TEST_F(DiagnosticsTest, APassWithinALineThatAPassCausedAddsNothing) {
+    Element const innerPass = Working([](Renderer& r) { debugMsgs.impl->Render(r, 0); });
+    debugMsgs << Text("\x01", true) << Working([&](Renderer&) { debugMsgs << innerPass; });
+    Html(debugMsgs);
+    // The report of the first text is a line more; all later ones are for the log alone.
+    EXPECT_EQ(debugMsgs.impl->children.size(), 5U);
+    EXPECT_EQ(Platform().log.size(), 4U);
 }
 
 TEST_F(DiagnosticsTest, ASecondPassReportsAgain) {

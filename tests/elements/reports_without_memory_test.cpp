@@ -128,6 +128,27 @@ TEST_F(ReportsWithoutMemoryTest, AChildThatFindsNoPlaceHasNoParent) {
     EXPECT_TRUE(parent.impl->children.empty());
 }
 
+TEST_F(ReportsWithoutMemoryTest, AnImageHasItsAddressBeforeItsClass) {
+    std::string const url = "/an/address/that/is/too/long/to/be/kept/in/place.gif";
+    int withoutClass = 0;
+    bool hasThrown = true;
+    for (int allowance = 0; hasThrown; ++allowance) {
+        Img image;
+        FailingMemory::Allow(allowance);
+        try {
+            image.Src(url);
+            hasThrown = false;
+        } catch (std::bad_alloc const&) {
+        }
+        FailingMemory::AllowAll();
+        std::size_t const addresses = image.impl->attrs.count("src");
+        std::size_t const classes = image.impl->attrs.count("class");
+        EXPECT_GE(addresses, classes);
+        withoutClass += addresses > classes ? 1 : 0;
+    }
+    EXPECT_GT(withoutClass, 0);
+}
+
 TEST_F(ReportsWithoutMemoryTest, ASetterChangesAllOrNothing) {
     std::string const longName(40, 'n');
     std::string const longValue(40, 'v');
