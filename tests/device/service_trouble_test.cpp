@@ -1,0 +1,139 @@
+// Services that do not behave: the capture channel still ends, and leaves nothing behind.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "device/device_fixture.hpp"
+
+using namespace Quillo;
+
+namespace {
+
+typedef std::vector<std::vector<std::string>> Rows;
+
+// How often a service flushes what it writes.
+enum class Flush { Never, EveryLine, EveryTwoKibibytes };
+
+// Lines of 64 bytes.
+std::string AnswerOf(std::size_t size) {
+    std::string text = Pattern(size);
+    for (std::size_t end = 63; end < size; end += 64) {
+        text[end] = '\n';
+    }
+    return text;
+}
+
+// Stops at the first write that fails.
+void Write(std::FILE* out, std::string const& answer, Flush flush) {
+    std::size_t const step = flush == Flush::EveryLine ? 64 : 2048;
+    for (std::size_t done = 0; done < answer.size(); done += step) {
+        std::size_t const count = std::min(step, answer.size() - done);
+        bool const isWritten = std::fwrite(answer.data() + done, 1, count, out) == count;
+        if (!isWritten || (flush != Flush::Never && std::fflush(out) != 0)) {
+            return;
+        }
+    }
+}
+
+class ServiceTroubleTest : public DeviceTest {
+protected:
+    // A pipe of `capacity` bytes, whose write end does not wait for a reader.
+    void HavePipe(int capacity) {
+        Platform().onInitialize = [capacity](ZOV_AppData* request) {
+            int const fd = fileno(request->out);
+            EXPECT_GE(fcntl(fd, F_SETPIPE_SZ, capacity), capacity);
+            EXPECT_EQ(fcntl(fd, F_SETFL, O_NONBLOCK), 0);
+        };
+    }
+
+    std::string Ask(std::string const& answer, Flush flush) {
+        LoaReq request(app);
+        EXPECT_EQ(request.Init(), 0);
+        Write(app.out, answer, flush);
+        return request.Finish();
+    }
+};
+
+constexpr std::size_t mebibyte = 1024 * 1024;
+
+TEST_F(ServiceTroubleTest, AnAnswerThatFitsIsWholeAndALargerOneIsCutShort) {
+    for (int const capacity : {4096, 65536, 1048576}) {
+        HavePipe(capacity);
+        for (std::size_t const size :
+             {std::size_t{0}, std::size_t{1}, std::size_t{255}, std::size_t{256}, std::size_t{4095},
+              std::size_t{4096}, std::size_t{4097}, std::size_t{65535}, std::size_t{65536},
+              std::size_t{65537}, mebibyte - 1, mebibyte}) {
+            std::string const answer = AnswerOf(size);
+            std::size_t const fitting = std::min(size, static_cast<std::size_t>(capacity));
+            for (Flush const flush : {Flush::Never, Flush::EveryLine, Flush::EveryTwoKibibytes}) {
+                std::string const text = Ask(answer, flush);
+                EXPECT_EQ(text.size(), fitting)
+                    << size << " bytes, pipe of " << capacity << ", " << static_cast<int>(flush);
+                EXPECT_TRUE(answer.compare(0, text.size(), text) == 0);
+                EXPECT_EQ(app.out, serverOut);
+            }
+        }
+    }
+    EXPECT_EQ(Reports(), std::vector<Report>());
+}
+
+TEST_F(ServiceTroubleTest, AFullPipeThatIsGivenUpIsEmptiedByNobody) {
+    HavePipe(4096);
+    for (Flush const flush : {Flush::Never, Flush::EveryLine, Flush::EveryTwoKibibytes}) {
+        LoaReq request(app);
+        EXPECT_EQ(request.Init(), 0);
+        Write(app.out, AnswerOf(3 * 4096), flush);
+    }
+    EXPECT_EQ(Opened(), std::set<int>());
+}
+
+TEST_F(ServiceTroubleTest, AServiceThatEndsEarlyHasAnsweredWhatItWrote) {
+    struct {
+        char const* written;
+        Rows rows;
+    } const table[] = {{"", {}}, {"lo", {{"lo", ""}}}, {"lo\t1\net", {{"lo", "1"}, {"et", ""}}}};
+    for (auto const& row : table) {
+        Platform().answer = row.written;
+        Rows rows = {{"old"}};
+        EXPECT_EQ(GetObject(app, ObjectType_Sys, "interfaces", {"name", "mtu"}, rows), 0);
+        EXPECT_EQ(rows, row.rows);
+        EXPECT_EQ(app.out, serverOut);
+    }
+}
+
+TEST_F(ServiceTroubleTest, AFormatterThatThrowsLeavesNoRowsAndTheServersStream) {
+    Platform().onFormat = [](ZOV_AppData* request) {
+        std::fputs("half an answer", request->out);
+        throw std::runtime_error("service");
+    };
+    for (ObjectType const type : {ObjectType_Loa, ObjectType_Con, ObjectType_Sys}) {
+        Rows rows = {{"old"}};
+        EXPECT_THROW(GetObject(app, type, "interfaces", {"name"}, rows), std::runtime_error);
+        EXPECT_EQ(rows, Rows());
+        EXPECT_EQ(app.out, serverOut);
+        EXPECT_EQ(Opened(), std::set<int>());
+    }
+    Platform().onFormat = nullptr;
+    Platform().answer = "lo\n";
+    Rows rows;
+    EXPECT_EQ(GetObject(app, ObjectType_Sys, "interfaces", {"name"}, rows), 0);
+    EXPECT_EQ(rows, (Rows{{"lo"}}));
+}
+
+void ThrowHalfWay(ZOV_AppData* request, char*) {
+    std::fputs("half an answer", request->out);
+    throw std::runtime_error("service");
+}
+
+TEST_F(ServiceTroubleTest, AGetFunctionThatThrowsLeavesTheServersStream) {
+    EXPECT_THROW(InvokeLoaGetFunction(app, ThrowHalfWay, "f", "a", LoaContext_Html),
+                 std::runtime_error);
+    EXPECT_EQ(app.out, serverOut);
+    EXPECT_EQ(Opened(), std::set<int>());
+    Platform().translation = "Speicher";
+    EXPECT_EQ(TranslatePhrase(app, "Storage", LoaContext_Html), "Speicher");
+}
+
+}  // namespace
