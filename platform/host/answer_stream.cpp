@@ -71,9 +71,11 @@ bool FitsPipe(std::FILE* out, std::string const& answer, std::string const& subj
 bool WriteAll(int fd, std::string const& text) {
     for (std::size_t done = 0; done < text.size();) {
         ssize_t const count = write(fd, text.data() + done, text.size() - done);
-        if (count >= 0)
+        if (count > 0)
             done += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
+        else if (count == 0)
+            errno = EIO;
+        if (count <= 0 && errno != EINTR)
             return false;
     }
     return true;

@@ -3,6 +3,7 @@
 #include <dirent.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <cstring>
 #include <memory>
@@ -36,10 +37,15 @@ std::optional<std::vector<int>> ReadProcessIds() {
         return std::nullopt;
     }
     std::vector<int> ids;
+    errno = 0;  // what tells the end of the folder from one that breaks off
     while (dirent const* const entry = readdir(folder.get())) {
         if (std::optional<int> const id = IdOf(entry->d_name)) {
             ids.push_back(*id);
         }
+        errno = 0;
+    }
+    if (errno != 0) {
+        return std::nullopt;
     }
     std::sort(ids.begin(), ids.end());
     return ids;

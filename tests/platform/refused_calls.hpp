@@ -1,0 +1,33 @@
+// System calls of the host platform that fail with a chosen error.
+//
+// A program that links refused_calls.cpp wraps them (see CMakeLists.txt). While a `RefusedCalls`
+// lives, those that it names fail; the others are the system's.
+#ifndef QUILLO_TESTS_REFUSED_CALLS_HPP
+#define QUILLO_TESTS_REFUSED_CALLS_HPP
+
+#include <sys/types.h>
+
+#include <deque>
+#include <map>
+#include <string>
+
+class RefusedCalls {
+public:
+    RefusedCalls();
+    RefusedCalls(RefusedCalls const&) = delete;
+    RefusedCalls& operator=(RefusedCalls const&) = delete;
+    ~RefusedCalls();
+
+    // The errno of each call that fails, by its name: "fopen", "fread", "opendir", "readdir",
+    // "fstat", "ioctl", "F_GETPIPE_SZ", "F_SETPIPE_SZ", "statvfs", "getifaddrs".
+    std::map<std::string, int> errors;
+
+    // What an opened file or folder gives before its "fread" or "readdir" fails: bytes or entries.
+    int before = 0;
+
+    // The first calls of write: at most so many bytes are written, or none and the errno is the
+    // number below 0. Those behind them are the system's.
+    std::deque<ssize_t> writes;
+};
+
+#endif

@@ -1,0 +1,183 @@
+// The host platform when the system refuses a call: with every error that the call can give.
+#include "platform/refused_calls.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "device/open_descriptors.hpp"
+#include "host/answer_stream.hpp"
+#include "host/contract.hpp"
+#include "host/sys/process_ids.hpp"
+#include "host/sys/roots.hpp"
+#include "host/sys/space_probe.hpp"
+#include "host/sys/sys_objects.hpp"
+#include "host/sys/text_file.hpp"
+#include "platform/capture_pipe.hpp"
+#include "platform/captured_stderr.hpp"
+#include "platform/temp_folder.hpp"
+
+using namespace QuilloHost;
+
+namespace {
+
+// Leaves no descriptor open.
+class RefusedCallsTest : public testing::Test {
+protected:
+    RefusedCallsTest() : before(OpenDescriptors()) {}
+    void TearDown() override { EXPECT_EQ(OpenedSince(before), std::set<int>()); }
+
+    // Whether the log names the reason.
+    static void ExpectReason(CapturedStderr const& log, int error) {
+        EXPECT_NE(log.Text().find(std::strerror(error)), std::string::npos) << log.Text();
+    }
+
+    std::set<int> const before;
+};
+
+TEST_F(RefusedCallsTest, AFileThatIsNotOpenedHasNoText) {
+    RefusedCalls calls;
+    for (int error : {EACCES, EINTR, EIO, ELOOP, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM,
+                      ENOTDIR, ENXIO, EOVERFLOW}) {
+        calls.errors = {{"fopen", error}};
+        EXPECT_FALSE(ReadText("/proc/uptime").has_value()) << error;
+        EXPECT_FALSE(ReadFirstLine("/proc/uptime").has_value()) << error;
+    }
+    calls.errors.clear();
+    EXPECT_TRUE(ReadText("/proc/uptime").has_value());
+}
+
+TEST_F(RefusedCallsTest, AFileThatBreaksOffHasNoText) {
+    RefusedCalls calls;
+    for (int error : {EAGAIN, EINTR, EIO, EISDIR, ESRCH}) {
+        for (int bytes : {0, 1, 4095, 4096, 4097, 9000}) {
+            calls.errors = {{"fread", error}};
+            calls.before = bytes;
+            EXPECT_FALSE(ReadText("/proc/uptime").has_value()) << error << " " << bytes;
+        }
+    }
+}
+
+TEST_F(RefusedCallsTest, AFolderThatIsNotOpenedHasNoProcesses) {
+    RefusedCalls calls;
+    for (int error : {EACCES, EMFILE, ENFILE, ENOENT, ENOMEM, ENOTDIR}) {
+        CapturedStderr const log;
+        calls.errors = {{"opendir", error}};
+        EXPECT_FALSE(ReadProcessIds().has_value()) << error;
+        EXPECT_FALSE(ReadProcesses().has_value()) << error;
+        EXPECT_NE(log.Text().find("processes: /proc cannot be read"), std::string::npos);
+    }
+}
+
+TEST_F(RefusedCallsTest, AFolderThatBreaksOffHasNoProcessesRatherThanSome) {
+    RefusedCalls calls;
+    for (int error : {EBADF, EIO, ENOENT, EOVERFLOW}) {
+        for (int entries : {0, 1, 5}) {
+            CapturedStderr const log;
+            calls.errors = {{"readdir", error}};
+            calls.before = entries;
+            EXPECT_FALSE(ReadProcessIds().has_value()) << error << " behind " << entries;
+            calls.before = entries;
+            EXPECT_FALSE(ReadProcesses().has_value()) << error << " behind " << entries;
+        }
+    }
+    calls.errors.clear();
+    EXPECT_FALSE(ReadProcessIds().value().empty());
+}
+
+TEST_F(RefusedCallsTest, InterfacesThatTheSystemDoesNotTellAreReportedWithTheReason) {
+    RefusedCalls calls;
+    for (int error : {EACCES, EMFILE, ENFILE, ENOBUFS, ENOMEM}) {
+        CapturedStderr const log;
+        calls.errors = {{"getifaddrs", error}};
+        EXPECT_FALSE(ReadInterfaces().has_value());
+        ExpectReason(log, error);
+    }
+}
+
+TEST_F(RefusedCallsTest, AFileSystemThatDoesNotTellHasNoFigures) {
+    RefusedCalls calls;
+    for (int error : {EACCES, EINTR, EIO, ELOOP, ENAMETOOLONG, ENOENT, ENOMEM, ENOSYS, ENOTDIR,
+                      EOVERFLOW, ESTALE}) {
+        calls.errors = {{"statvfs", error}};
+        EXPECT_FALSE(AskFileSystem("/").has_value()) << error;
+    }
+}
+
+TEST_F(RefusedCallsTest, AnAnswerIsWrittenOnThroughShortWritesAndInterruptions) {
+    std::string const answer(20000, 'a');
+    RefusedCalls calls;
+    for (std::deque<ssize_t> const& writes : std::vector<std::deque<ssize_t>>{
+             {1}, {-EINTR}, {-EINTR, -EINTR, 4096, -EINTR, 1, 1}, {19999, -EINTR}}) {
+        CapturePipe pipe;
+        calls.writes = writes;
+        EXPECT_TRUE(WriteAnswer(pipe.out, answer, "thing"));
+        EXPECT_TRUE(calls.writes.empty());
+        EXPECT_EQ(pipe.Finish(), answer);
+    }
+}
+
+TEST_F(RefusedCallsTest, AWriteThatFailsIsReportedWithTheReason) {
+    RefusedCalls calls;
+    for (int error : {EAGAIN, EBADF, EDQUOT, EFBIG, EIO, ENOSPC, EPERM, EPIPE}) {
+        for (std::deque<ssize_t> const& writes :
+             std::vector<std::deque<ssize_t>>{{-error}, {5, -error}, {-EINTR, 5, -error}}) {
+            CapturedStderr const log;
+            CapturePipe pipe;
+            calls.writes = writes;
+            EXPECT_FALSE(WriteAnswer(pipe.out, "the answer", "thing"));
+            EXPECT_TRUE(calls.writes.empty());
+            ExpectReason(log, error);
+        }
+    }
+}
+
+TEST_F(RefusedCallsTest, AWriteThatTakesNothingIsNotTriedForEver) {
+    RefusedCalls calls;
+    CapturedStderr const log;
+    CapturePipe pipe;
+    calls.writes = {0, -EBADF};
+    EXPECT_FALSE(WriteAnswer(pipe.out, "the answer", "thing"));
+    EXPECT_EQ(calls.writes.size(), 1U);
+    ExpectReason(log, EIO);
+}
+
+TEST_F(RefusedCallsTest, APipeThatCannotBeEnlargedTakesNoLargerAnswer) {
+    RefusedCalls calls;
+    for (int error : {EBUSY, ENOMEM, EPERM}) {
+        CapturedStderr const log;
+        CapturePipe pipe;
+        calls.errors = {{"F_SETPIPE_SZ", error}};
+        EXPECT_FALSE(WriteAnswer(pipe.out, std::string(pipe.Capacity() + 1, 'a'), "thing"));
+        EXPECT_EQ(pipe.Unread(), 0U);
+        EXPECT_NE(log.Text().find("and the pipe has room for"), std::string::npos) << log.Text();
+        EXPECT_TRUE(WriteAnswer(pipe.out, std::string(pipe.Capacity(), 'a'), "thing"));
+    }
+}
+
+TEST_F(RefusedCallsTest, APipeThatDoesNotTellItsSizeIsTakenForAFullOne) {
+    RefusedCalls calls;
+    calls.errors = {{"F_GETPIPE_SZ", EINVAL}, {"F_SETPIPE_SZ", EPERM}};
+    CapturedStderr const log;
+    CapturePipe pipe;
+    EXPECT_FALSE(WriteAnswer(pipe.out, "answer", "thing"));
+    EXPECT_NE(log.Text().find("the pipe has room for 0"), std::string::npos) << log.Text();
+    calls.errors.erase("F_SETPIPE_SZ");
+    EXPECT_TRUE(WriteAnswer(pipe.out, "answer", "thing"));
+    EXPECT_EQ(pipe.Finish(), "answer");
+}
+
+TEST_F(RefusedCallsTest, AnOutputThatDoesNotTellWhatItIsGetsTheAnswerAllTheSame) {
+    RefusedCalls calls;
+    for (char const* call : {"fstat", "ioctl"}) {
+        for (int error : {EBADF, EIO, ENOMEM, ENOTTY, EOVERFLOW}) {
+            CapturePipe pipe;
+            calls.errors = {{call, error}};
+            EXPECT_TRUE(WriteAnswer(pipe.out, "answer", "thing"));
+            EXPECT_EQ(pipe.Finish(), "answer");
+        }
+    }
+}
+
+}  // namespace
