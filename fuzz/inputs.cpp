@@ -3,7 +3,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "text/external_texts.hpp"
+#include "support/external_texts.hpp"
 
 namespace {
 

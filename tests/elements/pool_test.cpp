@@ -11,8 +11,9 @@ using namespace Quillo;
 
 namespace {
 
-// What is in use, of all that operator new gave.
+// What is in use, of all that operator new gave; and how many blocks it gives before it fails once.
 long blocks;
+long untilFailure = -1;
 
 class PoolTest : public PageTest {
 protected:
@@ -37,7 +38,7 @@ Element Row(std::string const& text) {
 }  // namespace
 
 void* operator new(std::size_t size) {
-    void* const block = std::malloc(size);
+    void* const block = untilFailure-- == 0 ? nullptr : std::malloc(size);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
@@ -141,6 +142,29 @@ TEST_F(PoolTest, WhatHasNoPlaceInAPoolIsMemoryLikeAnyOther) {
     long const before = blocks;
     { Element const made(boost::shared_ptr<ElementImpl>(new Large)); }
     EXPECT_EQ(blocks, before);
+}
+
+// The thread opens its pool, fills it and builds from it; whichever allocation fails, no memory is
+// lost.
+TEST_F(PoolTest, APoolWithoutMemoryLosesNone) {
+    long const before = blocks;
+    bool hasFailed = true;
+    for (long n = 0; hasFailed; ++n) {
+        std::thread([&] {
+            untilFailure = n;
+            for (int i = 0; i < 3; ++i) {
+                try {
+                    Row("a text of more than fifteen bytes");
+                } catch (std::bad_alloc const&) {
+                    EXPECT_LT(untilFailure, 0);
+                }
+            }
+            hasFailed = untilFailure < 0;
+            untilFailure = -1;
+            EXPECT_EQ(Html(Row("next")).substr(0, 11), "<div class=");
+        }).join();
+        ASSERT_EQ(blocks, before) << "allocation " << n;
+    }
 }
 
 TEST_F(PoolTest, AnElementMayBeMadeInAPlaceOfItsOwner) {

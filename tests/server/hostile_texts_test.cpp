@@ -16,7 +16,7 @@
 #include "server/http_client.hpp"
 #include "server/page_structure.hpp"
 #include "server/server_process.hpp"
-#include "text/external_texts.hpp"
+#include "support/external_texts.hpp"
 
 namespace {
 
