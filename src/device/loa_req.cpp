@@ -5,6 +5,7 @@
 // The pipe is left as the system gives it: the whole answer is written before any of it is read.
 #include <attribute_service.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <stdio_ext.h>
 #include <unistd.h>
 
@@ -18,11 +19,21 @@ namespace {
 
 constexpr int chunkSize = 256;
 
-// Reads up to the first read that does not fill a chunk.
+// Whether nothing is in the pipe, and somebody holds its other end.
+bool IsDrained(int fd) {
+    pollfd pipe = {fd, POLLIN, 0};
+    return poll(&pipe, 1, 0) == 0;
+}
+
+// Reads up to the first read that does not fill a chunk. The whole answer is in the pipe by now: a
+// child of the service that holds the pipe open is not waited for.
 std::string ReadAll(int fd) {
     std::string text;
     char chunk[chunkSize];
     for (;;) {
+        if (IsDrained(fd)) {
+            return text;
+        }
         int const count = static_cast<int>(read(fd, chunk, sizeof chunk));
         if (count < 0) {
             char const* const reason = std::strerror(errno);

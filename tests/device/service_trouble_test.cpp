@@ -1,8 +1,11 @@
 // Services that do not behave: the capture channel still ends, and leaves nothing behind.
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
+#include <optional>
 #include <stdexcept>
 
 #include "device/device_fixture.hpp"
@@ -134,6 +137,42 @@ TEST_F(ServiceTroubleTest, AGetFunctionThatThrowsLeavesTheServersStream) {
     EXPECT_EQ(Opened(), std::set<int>());
     Platform().translation = "Speicher";
     EXPECT_EQ(TranslatePhrase(app, "Storage", LoaContext_Html), "Speicher");
+}
+
+// A child of the service that lives until it is told to end, with all descriptors of its own.
+class LeftBehind {
+public:
+    LeftBehind() : pid(fork()) {
+        if (pid == 0) {
+            alarm(20);
+            for (;;) {
+                pause();
+            }
+        }
+    }
+    LeftBehind(LeftBehind const&) = delete;
+    LeftBehind& operator=(LeftBehind const&) = delete;
+    ~LeftBehind() {
+        kill(pid, SIGKILL);
+        waitpid(pid, nullptr, 0);
+    }
+
+    bool IsAlive() const { return waitpid(pid, nullptr, WNOHANG) == 0; }
+
+private:
+    pid_t const pid;
+};
+
+TEST_F(ServiceTroubleTest, AChildThatHoldsThePipeOpenIsNotWaitedFor) {
+    for (std::size_t const size : {0U, 1U, 255U, 256U, 300U, 512U}) {
+        std::optional<LeftBehind> child;
+        Platform().onTranslate = [&](std::string const&) {
+            child.emplace();
+            return Pattern(size);
+        };
+        EXPECT_EQ(TranslatePhrase(app, "Storage", LoaContext_Html), Pattern(size));
+        ASSERT_TRUE(child->IsAlive()) << size;
+    }
 }
 
 }  // namespace
