@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "kit/attribute_value.hpp"
-#include "support/page_test.hpp"
 #include "support/external_texts.hpp"
+#include "support/page_test.hpp"
 #include "text/sample_texts.hpp"
 
 using namespace QuilloKit;
