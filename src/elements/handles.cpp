@@ -85,6 +85,10 @@ Img& Img::Src(std::string const& url) {
 }
 
 Element const& operator<<(Element const& parent, Element const& child) {
+    return parent << Element(child);
+}
+
+Element const& operator<<(Element const& parent, Element&& child) {
     if (!child.impl) {
         return parent;
     }
@@ -93,8 +97,9 @@ Element const& operator<<(Element const& parent, Element const& child) {
     if (element.children.size() == element.children.capacity()) {
         Pool::Grow(element.children);
     }
-    element.children.push_back(child.impl);
-    child.impl->parent = &element;
+    ElementImpl* const added = child.impl.get();
+    element.children.push_back(std::move(child.impl));
+    added->parent = &element;
     return parent;
 }
 

@@ -4,6 +4,7 @@
 
 #include <quillo>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/page_test.hpp"
@@ -52,6 +53,34 @@ TEST_F(AddingChildrenTest, AChildAddedThroughACopyIsSeenThroughEveryHandle) {
     Div const copy = first;
     copy << Br();
     EXPECT_EQ(Html(first), "<div>\n<br >\n</div>\n");
+}
+
+TEST_F(AddingChildrenTest, ATemporaryGivesItsPointerToTheParent) {
+    Div const div;
+    Br lineBreak;
+    ElementImpl* const element = lineBreak.impl.get();
+    EXPECT_EQ(&(div << std::move(lineBreak)), &div);
+    EXPECT_EQ(lineBreak.impl, nullptr);
+    ASSERT_EQ(div.impl->children.size(), 1U);
+    EXPECT_EQ(div.impl->children[0].get(), element);
+    EXPECT_EQ(div.impl->children[0].use_count(), 1);
+    EXPECT_EQ(element->parent, div.impl.get());
+}
+
+TEST_F(AddingChildrenTest, ATemporaryThatALeafRefusesKeepsItsElement) {
+    Br const leaf;
+    Text text("a", true);
+    EXPECT_THROW(leaf << std::move(text), Glb::Error);
+    ASSERT_NE(text.impl, nullptr);
+    EXPECT_EQ(text.impl->parent, nullptr);
+}
+
+TEST_F(AddingChildrenTest, AnEmptyTemporaryIsIgnored) {
+    Div const div;
+    div << Element() << Br();
+    EXPECT_EQ(Html(div), "<div>\n<br >\n</div>\n");
+    EXPECT_NO_THROW(Br() << Element());
+    EXPECT_NO_THROW(Element() << Element());
 }
 
 TEST_F(AddingChildrenTest, ATemporaryTakesChildren) {
