@@ -4,7 +4,9 @@
 #include <quillo>
 
 #include "elements/diagnostics.hpp"
+#include "text/conversion.hpp"
 #include "text/hex_digit.hpp"
+#include "text/window.hpp"
 
 namespace Quillo {
 namespace {
@@ -16,18 +18,66 @@ bool IsHexDigit(char c) {
     return std::isxdigit(static_cast<unsigned char>(c)) != 0;
 }
 
-// Letters and digits are those of the process's locale.
-bool IsUriSafe(char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '/' || c == '.' || c == '_' ||
-           c == '-';
+bool IsBetween(unsigned char byte, unsigned char first, unsigned char last) {
+    return byte >= first && byte <= last;
 }
 
-void AppendEscape(char c, std::string& encoded) {
-    static char const digits[] = "0123456789ABCDEF";
+// Letters and digits are those of the process's locale, whose first half is ASCII.
+bool IsUriSafe(unsigned char byte) {
+    return IsBetween(byte | 0x20, 'a', 'z') ||
+           IsBetween(byte, '-', '9') ||  // '-', '.', '/' and the digits
+           byte == '_' || (byte >= 0x80 && std::isalnum(byte) != 0);
+}
+
+// The upper case digit of a value below 16.
+char HexDigit(int value) {
+    return static_cast<char>(value < 10 ? '0' + value : 'A' - 10 + value);
+}
+
+char* EncodeByte(char c, char* to) {
     unsigned char const byte = static_cast<unsigned char>(c);
-    encoded += '%';
-    encoded += digits[byte >> 4];
-    encoded += digits[byte & 0xF];
+    if (IsUriSafe(byte)) {
+        *to++ = c;
+    } else {
+        *to++ = '%';
+        *to++ = HexDigit(byte >> 4);
+        *to++ = HexDigit(byte & 0xF);
+    }
+    return to;
+}
+
+#ifdef __SSE2__
+
+// Encodes the bytes of a window up to the last one that is not safe, or all of them where all are,
+// and returns where it stopped.
+char const* EncodeWindow(char const* window, char const* end, char*& to) {
+    unsigned notSafe = Window::NotSafe(window);
+    char const* p = window;
+    for (; notSafe != 0; notSafe &= notSafe - 1) {
+        char const* const run = p;
+        p = window + __builtin_ctz(notSafe);
+        to = EncodeByte(*p, CopyRun(run, p, end, to));
+        ++p;
+    }
+    if (p == window) {
+        p += Window::size;
+        to = CopyRun(window, p, end, to);
+    }
+    return p;
+}
+
+#endif
+
+char* Encode(char const* p, char const* end, char* to) {
+#ifdef __SSE2__
+    while (end - p >= Window::size) {
+        p = EncodeWindow(p, end, to);
+    }
+#endif
+    while (p != end) {
+        to = EncodeByte(*p++, to);
+    }
+    return to;
 }
 
 // Appends a UTF-16 code unit as UTF-8, a surrogate like any other.
@@ -97,15 +147,7 @@ int HexDigitValue(char c) {
 }
 
 std::string PcntEncode(char const* text) {
-    std::string encoded;
-    for (char const* p = text; *p != '\0'; ++p) {
-        if (IsUriSafe(*p)) {
-            encoded += *p;
-        } else {
-            AppendEscape(*p, encoded);
-        }
-    }
-    return encoded;
+    return Converted(text, Encode);
 }
 
 std::string PcntEncode(std::string const& text) {

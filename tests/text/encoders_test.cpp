@@ -33,6 +33,15 @@ std::string EncodedByte(char c) {
     return escape;
 }
 
+// What it makes of a text.
+std::string Encoded(std::string const& text) {
+    std::string encoded;
+    for (char const c : text) {
+        encoded += EncodedByte(c);
+    }
+    return encoded;
+}
+
 // The bytes of `text`, with a backslash before each one that is in `special`.
 std::string WithBackslashes(std::string const& text, std::string const& special) {
     std::string result;
@@ -60,11 +69,19 @@ TEST(PcntEncode, EveryOtherByteBecomesTwoUpperCaseDigits) {
 
 TEST(PcntEncode, EncodesEachByteByItself) {
     for (std::string const& text : RandomTexts(AllBytes(), 40, 2000)) {
-        std::string expected;
-        for (char const c : text) {
-            expected += EncodedByte(c);
-        }
-        EXPECT_EQ(PcntEncode(text), expected);
+        EXPECT_EQ(PcntEncode(text), Encoded(text));
+    }
+}
+
+TEST(PcntEncode, RunsOfAnyLengthStandBetweenEscapes) {
+    for (std::string const& text : TextsOfRuns(" ", 40)) {
+        ASSERT_EQ(PcntEncode(GuardedText(text).c_str()), Encoded(text)) << text;
+    }
+}
+
+TEST(PcntEncode, ALongTextIsEncodedToItsEnd) {
+    for (std::string const& text : LongTexts(" \xFF%")) {
+        ASSERT_EQ(PcntEncode(GuardedText(text).c_str()), Encoded(text)) << text.size();
     }
 }
 

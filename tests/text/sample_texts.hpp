@@ -46,4 +46,33 @@ inline std::vector<std::string> RandomTexts(std::string const& alphabet, std::si
     return texts;
 }
 
+// Two runs of letters, of every two lengths of at most `longest` bytes, with `special` between them
+// or between them and behind.
+inline std::vector<std::string> TextsOfRuns(std::string const& special, std::size_t longest) {
+    std::string const letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    std::vector<std::string> texts;
+    for (std::size_t first = 0; first <= longest; ++first) {
+        for (std::size_t second = 0; second <= longest; ++second) {
+            texts.push_back(letters.substr(0, first) + special + letters.substr(0, second));
+            texts.push_back(texts.back() + special);
+        }
+    }
+    return texts;
+}
+
+// Texts of about half a kilobyte and more, less than a page of memory, each of one byte: a letter,
+// or one of `special`.
+inline std::vector<std::string> LongTexts(std::string const& special) {
+    std::vector<std::string> texts;
+    for (char const c : "a" + special) {
+        for (std::size_t const blocks : {1U, 2U, 7U}) {
+            for (std::size_t const length :
+                 {blocks * 512 - 1, blocks * 512, blocks * 512 + 1, blocks * 512 + 17}) {
+                texts.emplace_back(length, c);
+            }
+        }
+    }
+    return texts;
+}
+
 #endif

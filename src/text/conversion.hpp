@@ -1,0 +1,39 @@
+// A text made of another one, byte by byte.
+#ifndef QUILLO_TEXT_CONVERSION_HPP
+#define QUILLO_TEXT_CONVERSION_HPP
+
+#include <cstddef>
+#include <cstring>
+#include <string>
+
+namespace Quillo {
+
+// How many bytes a byte may become: "&quot;" is the longest there is.
+constexpr std::size_t mostOfAByte = 6;
+
+// Writes what the bytes from `p` up to `end` become, and returns where that ends.
+typedef char* Conversion(char const* p, char const* end, char* to);
+
+// What `text` becomes, up to its NUL. It is written to the stack a block at a time and appended
+// whole: a string that grows with each byte is most of the work otherwise.
+std::string Converted(char const* text, Conversion* convert);
+
+// Copies the run from `begin` up to `run` and returns where the copy ends. Of the bytes behind the
+// run, up to `end`, some may be copied with it, to where others are written next: most runs are
+// short, and a copy of 16 bytes whichever takes no call.
+inline char* CopyRun(char const* begin, char const* run, char const* end, char* to) {
+    constexpr std::ptrdiff_t atOnce = 16;
+    std::ptrdiff_t copied = 0;
+    if (end - begin >= atOnce) {
+        std::memcpy(to, begin, atOnce);
+        copied = atOnce;
+    }
+    if (run - begin > copied) {
+        std::memcpy(to + copied, begin + copied, static_cast<std::size_t>(run - begin - copied));
+    }
+    return to + (run - begin);
+}
+
+}  // namespace Quillo
+
+#endif
