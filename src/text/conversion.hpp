@@ -20,18 +20,21 @@ std::string Converted(char const* text, Conversion* convert);
 
 // Copies the run from `begin` up to `run` and returns where the copy ends. Of the bytes behind the
 // run, up to `end`, some may be copied with it, to where others are written next: most runs are
-// short, and a copy of 16 bytes whichever takes no call.
-inline char* CopyRun(char const* begin, char const* run, char const* end, char* to) {
-    constexpr std::ptrdiff_t atOnce = 16;
-    std::ptrdiff_t copied = 0;
-    if (end - begin >= atOnce) {
-        std::memcpy(to, begin, atOnce);
-        copied = atOnce;
+// short, and a copy of 16 bytes whichever takes no call where the processor has vectors.
+inline char* CopyRun(char const* begin, char const* run, [[maybe_unused]] char const* end,
+                     char* to) {
+    std::size_t copied = 0;
+#ifdef __SSE2__
+    if (end - begin >= 16) {
+        copied = 16;
+        std::memcpy(to, begin, copied);
     }
-    if (run - begin > copied) {
-        std::memcpy(to + copied, begin + copied, static_cast<std::size_t>(run - begin - copied));
+#endif
+    std::size_t const size = static_cast<std::size_t>(run - begin);
+    if (size > copied) {
+        std::memcpy(to + copied, begin + copied, size - copied);
     }
-    return to + (run - begin);
+    return to + size;
 }
 
 }  // namespace Quillo

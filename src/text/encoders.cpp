@@ -1,5 +1,7 @@
 // Percent encoding and decoding, and backslashes before quotes.
+#include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <cstring>
 #include <quillo>
 
@@ -14,12 +16,27 @@ namespace {
 // How many hex digits stand behind "%u".
 constexpr int unicodeDigits = 4;
 
-bool IsHexDigit(char c) {
-    return std::isxdigit(static_cast<unsigned char>(c)) != 0;
-}
+// How many bytes an escape may become.
+constexpr std::size_t mostOfAnEscape = 3;
 
 bool IsBetween(unsigned char byte, unsigned char first, unsigned char last) {
     return byte >= first && byte <= last;
+}
+
+// Decided in one step, for which digits a text holds is past guessing.
+bool IsHexDigit(char c) {
+    constexpr std::uint64_t digits = 0x3FF;  // '0' to '9'
+    constexpr std::uint64_t letters = 0x3F;
+    constexpr std::uint64_t all = digits | letters << ('A' - '0') | letters << ('a' - '0');
+    unsigned const place = static_cast<unsigned char>(c) - unsigned{'0'};
+    return place < 64 && (all >> place & 1) != 0;
+}
+
+// The value of a digit. The letters of either case lie from 0x40 up, and 9 behind their values
+// there.
+unsigned DigitValue(char digit) {
+    unsigned const byte = static_cast<unsigned char>(digit);
+    return (byte & 0xF) + (byte >> 6) * 9;
 }
 
 // Letters and digits are those of the process's locale, whose first half is ASCII.
@@ -80,23 +97,35 @@ char* Encode(char const* p, char const* end, char* to) {
     return to;
 }
 
-// Appends a UTF-16 code unit as UTF-8, a surrogate like any other.
-void AppendUtf8(unsigned unit, std::string& text) {
-    if (unit < 0x80) {
-        text += static_cast<char>(unit);
-    } else if (unit < 0x800) {
-        text += static_cast<char>(0xC0 | unit >> 6);
-        text += static_cast<char>(0x80 | (unit & 0x3F));
-    } else {
-        text += static_cast<char>(0xE0 | unit >> 12);
-        text += static_cast<char>(0x80 | (unit >> 6 & 0x3F));
-        text += static_cast<char>(0x80 | (unit & 0x3F));
-    }
+char* WriteByte(unsigned byte, char* to) {
+    *to = static_cast<char>(byte);
+    return to + 1;
 }
 
-// Decodes the digits behind "%u", of which `p` is the first, and returns where they end. A digit
-// that is none counts as 0, and so does one that the end of the text leaves out.
-char const* DecodeUnicode(char const* p, std::string& decoded) {
+// Writes a UTF-16 code unit as UTF-8, a surrogate like any other.
+char* WriteUtf8(unsigned unit, char* to) {
+    if (unit < 0x80) {
+        return WriteByte(unit, to);
+    }
+    if (unit < 0x800) {
+        *to++ = static_cast<char>(0xC0 | unit >> 6);
+    } else {
+        *to++ = static_cast<char>(0xE0 | unit >> 12);
+        *to++ = static_cast<char>(0x80 | (unit >> 6 & 0x3F));
+    }
+    *to++ = static_cast<char>(0x80 | (unit & 0x3F));
+    return to;
+}
+
+// What stands behind a '%': a value of 0 ends the text, which is how a malformed escape is met.
+struct Escape {
+    unsigned value;
+    char const* end;
+};
+
+// Reads the digits behind "%u", of which `p` is the first. A digit that is none counts as 0, and so
+// does one that the end of the text leaves out.
+Escape ReadUnicode(char const* p) {
     unsigned unit = 0;
     for (int i = 0; i < unicodeDigits; ++i) {
         unit <<= 4;
@@ -104,19 +133,82 @@ char const* DecodeUnicode(char const* p, std::string& decoded) {
             unit |= static_cast<unsigned>(HexDigitValue(*p++));
         }
     }
-    AppendUtf8(unit, decoded);
-    return p;
+    return {unit, p};
 }
 
-// Decodes the one or two digits behind a '%', of which `p` is the first, and returns where they
-// end. No digit at all gives the byte 0.
-char const* DecodeByte(char const* p, std::string& decoded) {
-    int value = 0;
-    for (int i = 0; i < 2 && IsHexDigit(*p); ++i) {
-        value = value * 16 + HexDigitValue(*p++);
+// Reads the one or two digits behind a '%', of which `p` is the first. No digit at all is 0.
+Escape ReadByte(char const* p) {
+    if (!IsHexDigit(p[0])) {
+        return {0, p};
     }
-    decoded += static_cast<char>(value);
-    return p;
+    if (!IsHexDigit(p[1])) {
+        return {DigitValue(p[0]), p + 1};
+    }
+    return {DigitValue(p[0]) << 4 | DigitValue(p[1]), p + 2};
+}
+
+// Finds the percent signs of a text, in a window after another where there are windows.
+class PercentSigns {
+public:
+    PercentSigns(char const* text, char const* textEnd) : next(text), end(textEnd) {}
+
+    // The first sign from `p` up, or the end.
+    char const* From(char const* p) {
+#ifdef __SSE2__
+        for (;;) {
+            for (; signs != 0; signs &= signs - 1) {
+                char const* const sign = next - Window::size + __builtin_ctz(signs);
+                if (sign >= p) {
+                    return sign;
+                }
+            }
+            next = std::max(next, p);
+            if (end - next < Window::size) {
+                break;
+            }
+            signs = Window::PercentSigns(next);
+            next += Window::size;
+        }
+        p = next;
+#endif
+        while (p < end && *p != '%') {
+            ++p;
+        }
+        return p;
+    }
+
+private:
+    char const* next;
+    char const* const end;
+    unsigned signs = 0;
+};
+
+// Decodes the escapes that begin before `end`, and all bytes between them.
+char* Decode(char const* p, char const* end, char* to) {
+    PercentSigns signs(p, end);
+    while (p < end) {
+        char const* const sign = signs.From(p);
+        to = CopyRun(p, sign, end, to);
+        if (sign == end) {
+            break;
+        }
+        bool const isUnicode = sign[1] == 'u';
+        Escape const escape = isUnicode ? ReadUnicode(sign + 2) : ReadByte(sign + 1);
+        if (escape.value == 0) {
+            break;
+        }
+        to = isUnicode ? WriteUtf8(escape.value, to) : WriteByte(escape.value, to);
+        p = escape.end;
+    }
+    return to;
+}
+
+// How many bytes stand before `end` and before the NUL.
+std::size_t LengthUpTo(char const* text, char const* end) {
+    if (end == nullptr) {
+        return std::strlen(text);
+    }
+    return text < end ? strnlen(text, static_cast<std::size_t>(end - text)) : 0;
 }
 
 // Copies up to the NUL, with a backslash before each byte that is one of `special`.
@@ -134,16 +226,7 @@ std::string Backslashed(char const* text, char const* special) {
 }  // namespace
 
 int HexDigitValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return 0;
+    return IsHexDigit(c) ? static_cast<int>(DigitValue(c)) : 0;
 }
 
 std::string PcntEncode(char const* text) {
@@ -155,19 +238,12 @@ std::string PcntEncode(std::string const& text) {
 }
 
 std::string PcntDecode(char const* begin, char const* end) {
-    std::string decoded;
-    char const* p = begin;
-    while (*p != '\0' && (end == nullptr || p < end)) {
-        if (*p != '%') {
-            decoded += *p++;
-        } else if (p[1] == 'u') {
-            p = DecodeUnicode(p + 2, decoded);
-        } else {
-            p = DecodeByte(p + 1, decoded);
-        }
-    }
-    // A decoded zero byte ends the text: that is how a malformed escape is met.
-    return decoded.c_str();
+    std::size_t const length = LengthUpTo(begin, end);
+    // No escape is shorter than what it becomes, but the last one may begin with the last byte.
+    std::string decoded(length + mostOfAnEscape - 1, '\0');
+    char const* const last = Decode(begin, begin + length, &decoded[0]);
+    decoded.resize(static_cast<std::size_t>(last - decoded.data()));
+    return decoded;
 }
 
 std::string AddSlashes(char const* text) {

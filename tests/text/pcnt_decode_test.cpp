@@ -207,4 +207,33 @@ TEST(PcntDecode, AnyTextDecodesByTheRules) {
     }
 }
 
+TEST(PcntDecode, RunsOfAnyLengthStandBetweenEscapes) {
+    for (std::string const escape : {"%7e", "%4", "%u20AC", "%u4%41", "%"}) {
+        for (std::string const& text : TextsOfRuns(escape, 34)) {
+            ASSERT_EQ(Decoded(GuardedText(text).c_str()), ByTheRules(text, text.size())) << text;
+        }
+    }
+}
+
+TEST(PcntDecode, ABoundMayStandAnywhereInALongerText) {
+    std::string const text = "abcdefghijklm%u20ACnopqrstuvw%41%42%u1%u00e9xyz%4+123456789012%uFFFF";
+    GuardedText const guarded(text);
+    for (std::size_t bound = 0; bound <= text.size(); ++bound) {
+        EXPECT_EQ(PcntDecode(guarded.c_str(), guarded.c_str() + bound), ByTheRules(text, bound))
+            << bound;
+    }
+}
+
+TEST(PcntDecode, ABoundBeforeTheTextLeavesNothing) {
+    std::string const text = "abc";
+    EXPECT_EQ(PcntDecode(text.c_str() + 2, text.c_str() + 1), "");
+}
+
+TEST(PcntDecode, ALongTextIsDecodedToItsEnd) {
+    for (std::string const& text : LongTexts("\xFF+")) {
+        ASSERT_EQ(Decoded(text), text);
+        ASSERT_EQ(Decoded(text + "%41"), text + "A");
+    }
+}
+
 }  // namespace
