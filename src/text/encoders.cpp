@@ -211,16 +211,23 @@ std::size_t LengthUpTo(char const* text, char const* end) {
     return text < end ? strnlen(text, static_cast<std::size_t>(end - text)) : 0;
 }
 
-// Copies up to the NUL, with a backslash before each byte that is one of `special`.
-std::string Backslashed(char const* text, char const* special) {
-    std::string escaped;
-    for (char const* p = text; *p != '\0'; ++p) {
-        if (std::strchr(special, *p) != nullptr) {
-            escaped += '\\';
+// Writes the bytes, each that is `quote`, a double quote or a backslash behind a backslash.
+char* Slash(char const* p, char const* end, char* to, char quote) {
+    for (; p != end; ++p) {
+        if (*p == quote || *p == '"' || *p == '\\') {
+            *to++ = '\\';
         }
-        escaped += *p;
+        *to++ = *p;
     }
-    return escaped;
+    return to;
+}
+
+char* SlashQuotes(char const* p, char const* end, char* to) {
+    return Slash(p, end, to, '\'');
+}
+
+char* SlashDoubleQuotes(char const* p, char const* end, char* to) {
+    return Slash(p, end, to, '"');
 }
 
 }  // namespace
@@ -247,7 +254,7 @@ std::string PcntDecode(char const* begin, char const* end) {
 }
 
 std::string AddSlashes(char const* text) {
-    return Backslashed(text, "\\\"'");
+    return Converted(text, SlashQuotes);
 }
 
 std::string AddSlashes(std::string const& text) {
@@ -258,7 +265,7 @@ std::string EscapeJavascriptString(std::string const& text) {
     if (text.find_first_of("\"\\") == std::string::npos) {
         return text;
     }
-    return Backslashed(text.c_str(), "\\\"");
+    return Converted(text.c_str(), SlashDoubleQuotes);
 }
 
 std::string EscapeJavascriptString(int number) {
