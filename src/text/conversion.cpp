@@ -13,7 +13,6 @@ std::string Converted(char const* text, Conversion* convert) {
     char block[blockSize * mostOfAByte];
     std::size_t left = std::strlen(text);
     std::string converted;
-    converted.reserve(left);
     while (left != 0) {
         std::size_t const size = std::min(left, blockSize);
         char const* const end = convert(text, text + size, block);

@@ -25,11 +25,11 @@ bool IsBetween(unsigned char byte, unsigned char first, unsigned char last) {
 
 // Decided in one step, for which digits a text holds is past guessing.
 bool IsHexDigit(char c) {
-    constexpr std::uint64_t digits = 0x3FF;  // '0' to '9'
-    constexpr std::uint64_t letters = 0x3F;
-    constexpr std::uint64_t all = digits | letters << ('A' - '0') | letters << ('a' - '0');
-    unsigned const place = static_cast<unsigned char>(c) - unsigned{'0'};
-    return place < 64 && (all >> place & 1) != 0;
+    constexpr std::uint32_t digits = 0x3FF | 0x3F << ('A' - '0');
+    unsigned const byte = static_cast<unsigned char>(c);
+    unsigned const upper = byte & ~(byte >> 1 & 0x20);  // from 0x40 up
+    unsigned const place = upper - '0';
+    return place < 32 && (digits >> place & 1) != 0;
 }
 
 // The value of a digit. The letters of either case lie from 0x40 up, and 9 behind their values
