@@ -248,7 +248,7 @@ std::string PcntDecode(char const* begin, char const* end) {
     std::size_t const length = LengthUpTo(begin, end);
     // No escape is shorter than what it becomes, but the last one may begin with the last byte.
     std::string decoded(length + mostOfAnEscape - 1, '\0');
-    char const* const last = Decode(begin, begin + length, &decoded[0]);
+    char const* const last = Decode(begin, begin + length, decoded.data());
     decoded.resize(static_cast<std::size_t>(last - decoded.data()));
     return decoded;
 }
