@@ -7,7 +7,7 @@ namespace Quillo::Pool {
 namespace {
 
 // The most that a thread's pool holds, in bytes.
-constexpr std::size_t limit = 512 * 1024;
+constexpr std::size_t limit = std::size_t(512) * 1024;
 
 // Sizes of blocks are multiples of a step, up to the largest element of the library's own.
 constexpr std::size_t step = 32;
