@@ -2,6 +2,7 @@
 #include "elements/pool.hpp"
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <thread>
 
@@ -11,8 +12,10 @@ using namespace Quillo;
 
 namespace {
 
-// What is in use, of all that operator new gave; and how many blocks it gives before it fails once.
+// What is in use, of all that operator new gave; all that it gave; and how many blocks it gives
+// before it fails once.
 long blocks;
+long taken;
 long untilFailure = -1;
 
 class PoolTest : public PageTest {
@@ -43,6 +46,7 @@ void* operator new(std::size_t size) {
         throw std::bad_alloc();
     }
     ++blocks;
+    ++taken;
     return block;
 }
 
@@ -143,6 +147,233 @@ TEST_F(PoolTest, WhatHasNoPlaceInAPoolIsMemoryLikeAnyOther) {
     { Element const made(boost::shared_ptr<ElementImpl>(new Large)); }
     EXPECT_EQ(blocks, before);
 }
+
+// The nodes of the pool lie beside its blocks: a block of one size too many would be theirs.
+TEST_F(PoolTest, EverySizeIsTakenAndGivenBackWhole) {
+    long const before = blocks;
+    OnThread([] {
+        for (std::size_t size = 1; size < 1000; ++size) {
+            Pool::Attributes attributes = {{"name", "value"}};
+            Pool::Give(attributes);
+            void* const block = Pool::Take(size);
+            std::memset(block, 0xFF, size);
+            Pool::Give(block, size);
+            Pool::Set(attributes, "name", "next");
+            EXPECT_EQ(attributes, (Pool::Attributes{{"name", "next"}}));
+        }
+    });
+    EXPECT_EQ(blocks, before);
+}
+
+// It is made before the pool is opened.
+TEST_F(PoolTest, AnElementMayOutliveThePoolOfItsThread) {
+    long const before = blocks;
+    std::thread([] {
+        thread_local Element late;
+        late = Row("late");
+    }).join();
+    EXPECT_EQ(blocks, before);
+}
+
+TEST_F(PoolTest, AnAttributeFromThePoolHasTextsOfItsOwn) {
+    OnThread([] {
+        Pool::Attributes old = {{"m", "old"}, {"z", "old"}, {"a", "old"}};
+        Pool::Give(old);
+        Pool::Attributes attributes;
+        for (char const* const name : {"n", "b", "y", "n"}) {
+            Pool::Set(attributes, name, std::string("new ") + name);
+        }
+        EXPECT_EQ(attributes, (Pool::Attributes{{"b", "new b"}, {"n", "new n"}, {"y", "new y"}}));
+    });
+}
+
+// Whether it is a new one, one from the pool or one that there is already.
+TEST_F(PoolTest, AnAttributeIsSetWhollyOrNotAtAll) {
+    std::string const name(40, 'n');
+    std::string const value(40, 'v');
+    for (bool const isInPool : {false, true}) {
+        for (bool const isPresent : {false, true}) {
+            OnThread([&] {
+                bool hasFailed = true;
+                for (long n = 0; hasFailed; ++n) {
+                    Pool::Attributes old = {{"old", "old"}};
+                    if (isInPool) {
+                        Pool::Give(old);
+                    }
+                    Pool::Attributes attributes;
+                    if (isPresent) {
+                        attributes[name] = "old";
+                    }
+                    Pool::Attributes const before = attributes;
+                    hasFailed = false;
+                    untilFailure = n;
+                    try {
+                        Pool::Set(attributes, name, value);
+                    } catch (std::bad_alloc const&) {
+                        hasFailed = true;
+                    }
+                    untilFailure = -1;
+                    EXPECT_EQ(attributes, hasFailed ? before : (Pool::Attributes{{name, value}}));
+                }
+            });
+        }
+    }
+}
+
+#if QUILLO_POOL
+
+constexpr long limit = 512 * 1024;
+
+// How many of 20000 blocks an empty pool keeps.
+long KeptBlocks(std::size_t size) {
+    long const before = blocks;
+    {
+        std::vector<void*> all(20000);
+        for (void*& block : all) {
+            block = Pool::Take(size);
+        }
+        for (void* const block : all) {
+            Pool::Give(block, size);
+        }
+    }
+    return blocks - before;
+}
+
+TEST_F(PoolTest, BlocksComeInStepsOf32Bytes) {
+    for (long const size : {1, 31, 32, 33, 64, 65, 96}) {
+        OnThread([=] {
+            long const step = (size + 31) / 32 * 32;
+            EXPECT_EQ(KeptBlocks(static_cast<std::size_t>(size)), limit / step) << size;
+        });
+    }
+}
+
+TEST_F(PoolTest, HoldsHalfAMegabyteOfAttributes) {
+    OnThread([] {
+        long const before = blocks;
+        {
+            Pool::Attributes attributes;
+            for (int i = 0; i < 10000; ++i) {
+                attributes[std::to_string(i)] = "value";
+            }
+            Pool::Give(attributes);
+        }
+        std::size_t const node =
+            sizeof(Pool::Attributes::value_type) + 4 * sizeof(void*) + 2 * std::string().capacity();
+        EXPECT_EQ(blocks - before, limit / static_cast<long>(node) + 1);
+    });
+}
+
+TEST_F(PoolTest, HoldsHalfAMegabyteOfLists) {
+    OnThread([] {
+        long const before = blocks;
+        for (int i = 0; i < 10000; ++i) {
+            Pool::Children children;
+            children.reserve(12);
+            Pool::Give(children);
+        }
+        std::size_t const list = 12 * sizeof(Pool::Children::value_type);
+        EXPECT_EQ(blocks - before, limit / static_cast<long>(list) + 1);
+    });
+}
+
+TEST_F(PoolTest, AFullPoolKeepsNothingMore) {
+    OnThread([] {
+        EXPECT_EQ(KeptBlocks(32), limit / 32);
+        long const before = blocks;
+        {
+            Pool::Attributes attributes = {{"name", "value"}};
+            Pool::Give(attributes);
+            Pool::Children children;
+            children.reserve(1);
+            Pool::Give(children);
+        }
+        EXPECT_EQ(blocks, before);
+    });
+}
+
+// With their texts; a text of 15 bytes at most takes none of its own.
+TEST_F(PoolTest, KeepsAttributesWithTextsOf128BytesAtMost) {
+    std::size_t const room = 128 - std::string().capacity();
+    OnThread([=] {
+        long const before = blocks;
+        {
+            Pool::Attributes attributes = {{"name", std::string(room, 'x')}};
+            Pool::Give(attributes);
+            EXPECT_TRUE(attributes.empty());
+        }
+        EXPECT_EQ(blocks, before + 3) << "the node, its value and the pool's list";
+        {
+            Pool::Attributes attributes = {{"name", std::string(room + 1, 'x')}};
+            Pool::Give(attributes);
+        }
+        {
+            Pool::Attributes attributes = {{std::string(room + 1, 'x'), "value"}};
+            Pool::Give(attributes);
+        }
+        EXPECT_EQ(blocks, before + 3);
+    });
+}
+
+TEST_F(PoolTest, KeepsListsOf12ChildrenAtMostAndNoneWithoutRoom) {
+    OnThread([] {
+        for (std::size_t const size : {12U, 13U, 0U}) {
+            Pool::Children children;
+            children.reserve(size);
+            Pool::Give(children);
+        }
+        Pool::Children next;
+        Pool::Grow(next);
+        EXPECT_EQ(next.capacity(), 12U);
+        Pool::Children last;
+        Pool::Grow(last);
+        EXPECT_EQ(last.capacity(), 0U);
+    });
+}
+
+TEST_F(PoolTest, AListGrowsFromOneChildToSix) {
+    OnThread([] {
+        Div parent;
+        for (std::size_t const capacity : {1U, 6U, 6U, 6U, 6U, 6U, 12U}) {
+            parent << Br();
+            EXPECT_EQ(parent.impl->children.capacity(), capacity);
+        }
+    });
+}
+
+// More often than there is room for what would not be counted back.
+TEST_F(PoolTest, TheSameMemoryServesAgainAndAgain) {
+    OnThread([] {
+        std::size_t const size = sizeof(TextImpl);
+        long before = 0;
+        for (int i = 0; i < 20000; ++i) {
+            if (i == 1) {
+                before = taken;
+            }
+            Pool::Give(Pool::Take(size), size);
+            Pool::Attributes attributes;
+            Pool::Set(attributes, "name", "value");
+            Pool::Give(attributes);
+            Pool::Children children;
+            Pool::Grow(children);
+            children.reserve(12);
+            Pool::Give(children);
+        }
+        EXPECT_EQ(taken, before);
+    });
+}
+
+TEST_F(PoolTest, AnElementLeavesItsMemoryToTheNextOne) {
+    OnThread([] {
+        { Element const page = Div() << (Span().SetAttr("class", "text") << Br()); }
+        Br const child;
+        long const before = taken;
+        Element const next = Span().SetAttr("class", "text") << child;
+        EXPECT_EQ(taken, before);
+    });
+}
+
+#endif
 
 // The thread opens its pool, fills it and builds from it; whichever allocation fails, no memory is
 // lost.

@@ -337,6 +337,37 @@ TEST_F(StreamsTest, TagsLongerThanAnyBufferAreWrittenWhole) {
     }
 }
 
+class CountingBuffer : public std::streambuf {
+public:
+    int writes = 0;
+
+protected:
+    std::streamsize xsputn(char const*, std::streamsize count) override {
+        ++writes;
+        return count;
+    }
+};
+
+int WritesOf(Element const& element) {
+    CountingBuffer buffer;
+    std::ostream stream(&buffer);
+    Renderer r(stream);
+    element.impl->Render(r, 0);
+    return buffer.writes;
+}
+
+TEST_F(StreamsTest, ATagIsWrittenWithItsLineEndAtOnce) {
+    EXPECT_EQ(WritesOf(Br().SetAttr("id", "line").SetEmptyAttr("class")), 1);
+    EXPECT_EQ(WritesOf(Div()), 2);
+    EXPECT_EQ(WritesOf(Div() << Br()), 3);
+}
+
+TEST_F(StreamsTest, ATextIsWrittenAtOnceWhateverItBecomes) {
+    for (std::size_t size = 0; size < 600; ++size) {
+        ASSERT_EQ(WritesOf(Text(std::string(size, '"'), true)), 1) << size;
+    }
+}
+
 // Ends its thread at the first byte.
 class EndingBuffer : public std::streambuf {
     int_type overflow(int_type) override { pthread_exit(nullptr); }
