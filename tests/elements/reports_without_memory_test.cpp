@@ -1,5 +1,8 @@
 // Reports, traces and teardown when memory runs out, at every allocation there is.
 #include "elements/diagnostics.hpp"
+
+#include <thread>
+
 #include "support/failing_memory.hpp"
 #include "support/page_test.hpp"
 
@@ -118,14 +121,17 @@ TEST_F(ReportsWithoutMemoryTest, ATreeIsTakenDownWithoutMemory) {
     }
 }
 
+// On a thread of its own: the pool of this one may have a place to give.
 TEST_F(ReportsWithoutMemoryTest, AChildThatFindsNoPlaceHasNoParent) {
-    Div const parent;
-    Br const child;
-    FailingMemory::Allow(0);
-    EXPECT_THROW(parent << child, std::bad_alloc);
-    FailingMemory::AllowAll();
-    EXPECT_EQ(child.impl->parent, nullptr);
-    EXPECT_TRUE(parent.impl->children.empty());
+    std::thread([] {
+        Div const parent;
+        Br const child;
+        FailingMemory::Allow(0);
+        EXPECT_THROW(parent << child, std::bad_alloc);
+        FailingMemory::AllowAll();
+        EXPECT_EQ(child.impl->parent, nullptr);
+        EXPECT_TRUE(parent.impl->children.empty());
+    }).join();
 }
 
 TEST_F(ReportsWithoutMemoryTest, AnImageHasItsAddressBeforeItsClass) {
