@@ -25,8 +25,8 @@ void Measure(benchmark::State& state, Reading const& reading) {
 }
 
 void Register(Reading const& reading) {
-    benchmark::RegisterBenchmark(
-        reading.name.c_str(), [reading](benchmark::State& state) { Measure(state, reading); })
+    benchmark::RegisterBenchmark(reading.name.c_str(),
+                                 [reading](benchmark::State& state) { Measure(state, reading); })
         ->RangeMultiplier(2)
         ->Range(smallest, largest);
 }
