@@ -34,7 +34,7 @@ sed -n 's/^desc: Trigger: Client Request: //p; s/^summary: //p' "$folder/counts"
                     print "linear_time: no instructions of: " name > "/dev/stderr"
                     exit 2
                 }
-                printf "%s\t%d\t%d\t%.2f\n", name, once, twice, twice / once | "sort"
+                printf "%s\t%.0f\t%.0f\t%.2f\n", name, once, twice, twice / once | "sort"
                 if (twice / once > most) {
                     fail(sprintf("%s takes %.2f times the instructions for twice the text; %.1f " \
                                  "times at most", name, twice / once, most))
