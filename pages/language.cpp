@@ -67,7 +67,7 @@ void WriteLanguage(Request& request, std::ostream& out) {
     WriteFramed(request, out, "language", content);
 }
 
-QuilloServer::Page const language("language", "Language", 7, WriteLanguage);
+QuilloServer::Page const page("language", "Language", 7, WriteLanguage);
 
 }  // namespace
 }  // namespace Pages
