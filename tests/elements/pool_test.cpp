@@ -40,7 +40,8 @@ Element Row(std::string const& text) {
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined: GCC 12 would find that a block of operator new is freed by std::free.
+__attribute__((noinline)) void* operator new(std::size_t size) {
     void* const block = untilFailure-- == 0 ? nullptr : std::malloc(size);
     if (block == nullptr) {
         throw std::bad_alloc();
@@ -50,7 +51,7 @@ void* operator new(std::size_t size) {
     return block;
 }
 
-void operator delete(void* block) noexcept {
+__attribute__((noinline)) void operator delete(void* block) noexcept {
     if (block != nullptr) {
         --blocks;
         std::free(block);
