@@ -1,6 +1,10 @@
 // Where plain text ends: at every length and place, and for every byte.
 #include "elements/plain_text.hpp"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstring>
 #include <string>
 
 #include "support/page_test.hpp"
@@ -54,6 +58,22 @@ TEST(PlainTextTest, NoByteBesideTheTextCounts) {
         std::string const around = '<' + std::string(length, ' ') + '<';
         EXPECT_EQ(EndOfPlain(&around[1], &around[1] + length), &around[1] + length);
     }
+}
+
+// A page of text between two pages that nobody can read.
+TEST(PlainTextTest, NoByteBesideTheTextIsRead) {
+    std::size_t const size = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* const pages = mmap(nullptr, 3 * size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pages, MAP_FAILED);
+    char* const begin = static_cast<char*>(pages) + size;
+    char* const end = begin + size;
+    ASSERT_EQ(mprotect(begin, size, PROT_READ | PROT_WRITE), 0);
+    std::memset(begin, 'a', size);
+    for (std::size_t length = 0; length <= 70; ++length) {
+        EXPECT_EQ(EndOfPlain(begin, begin + length), begin + length);
+        EXPECT_EQ(EndOfPlain(end - length, end), end);
+    }
+    EXPECT_EQ(munmap(pages, 3 * size), 0);
 }
 
 }  // namespace

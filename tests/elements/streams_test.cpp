@@ -149,7 +149,8 @@ protected:
         if (flushes.size() > limit && fault == Fault::ThrowingFlush) {
             throw Refusal();
         }
-        return flushes.size() > limit && fault == Fault::FailedFlush ? -1 : 0;
+        bool const hasFailed = flushes.size() > limit && fault == Fault::FailedFlush;
+        return hasFailed ? -1 : 1;  // any other number is a success
     }
 
 private:
