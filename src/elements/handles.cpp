@@ -42,8 +42,8 @@ ElementImpl& Element::Checked(boost::shared_ptr<ElementImpl> const& impl) {
 
 Element& Element::SetAttr(std::string const& name, std::string const& value) {
     ElementImpl& element = Checked(impl);
-    // Found first, for the name may be a piece of the value; and removed by its place, for removing
-    // by name removes a range, which is more code.
+    // Found first, for the name may be a piece of the value that is replaced; and removed by its
+    // place, for removing by name removes a range, which is more code.
     auto const empty = element.emptyAttrs.find(name);
     Pool::Set(element.attrs, name, value);
     if (empty != element.emptyAttrs.end()) {

@@ -62,7 +62,7 @@ unsigned NotPlain(char const* text) {
     return static_cast<unsigned>(_mm_movemask_epi8(found));
 }
 
-// Looks at 16 bytes at a time, the last time at the last 16, some of them again. There are 16.
+// Looks at 16 bytes at a time, the last time at the last 16, some of them again. There must be 16.
 char const* EndOfPlainVectors(char const* text, char const* end) {
     char const* const last = end - vectorSize;
     for (char const* p = text;; p = std::min(p + vectorSize, last)) {

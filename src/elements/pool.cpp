@@ -6,19 +6,26 @@
 namespace Quillo::Pool {
 namespace {
 
-// The most that a thread's pool holds, in bytes.
+// The most that a thread's pool holds, in bytes, without what the allocator adds to each block.
 constexpr std::size_t limit = std::size_t(512) * 1024;
 
-// Sizes of blocks are multiples of a step, up to the largest element of the library's own.
-constexpr std::size_t step = 32;
+// Sizes of blocks are multiples of a step, up to the largest element of the library's own. So is
+// the size of any class with virtual operations: no block is larger than what it was asked for, and
+// one that page code took from ::operator new serves as well.
+constexpr std::size_t step = sizeof(void*);
 constexpr std::size_t sizes = (sizeof(TextImpl) + step - 1) / step;
+
+typedef Attributes::node_type Node;
 
 // What a node of a map takes beside its value: three links and a colour.
 constexpr std::size_t nodeSize = sizeof(Attributes::value_type) + 4 * sizeof(void*);
 
+// An element with a second child often has some more.
+constexpr std::size_t secondCapacity = 6;
+
 // What is larger is not kept: a node with the room of its texts, and a list of children.
-constexpr std::size_t largestNode = nodeSize + 128;
-constexpr std::size_t largestList = 12 * sizeof(Children::value_type);
+constexpr std::size_t largestNode = sizeof(Node) + nodeSize + 128;
+constexpr std::size_t largestList = sizeof(Children) + 12 * sizeof(Children::value_type);
 
 std::size_t IndexOf(std::size_t size) {
     return (size - 1) / step;
@@ -27,8 +34,6 @@ std::size_t IndexOf(std::size_t size) {
 std::size_t SizeAt(std::size_t index) {
     return (index + 1) * step;
 }
-
-typedef Attributes::node_type Node;
 
 class ThreadPool {
 public:
@@ -96,7 +101,7 @@ public:
 
     void Keep(Children& children) {
         std::size_t const size = SizeOf(children);
-        if (size != 0 && size <= largestList && HasRoomFor(size)) {
+        if (children.capacity() != 0 && size <= largestList && HasRoomFor(size)) {
             lists.push_back(std::move(children));
             held += size;
         }
@@ -108,11 +113,11 @@ private:
     };
 
     static std::size_t SizeOf(Node const& node) {
-        return nodeSize + node.key().capacity() + node.mapped().capacity();
+        return sizeof(Node) + nodeSize + node.key().capacity() + node.mapped().capacity();
     }
 
     static std::size_t SizeOf(Children const& children) {
-        return children.capacity() * sizeof(Children::value_type);
+        return sizeof(Children) + children.capacity() * sizeof(Children::value_type);
     }
 
     bool HasRoomFor(std::size_t size) const { return size <= limit - held; }
@@ -140,7 +145,9 @@ struct Closing {
 ThreadPool* Open() {
     if (!isClosed) {
         own = new (std::nothrow) ThreadPool;
-        thread_local Closing closing;
+        if (own != nullptr) {
+            thread_local Closing closing;
+        }
     }
     return own;
 }
@@ -227,7 +234,7 @@ void Grow(Children& children) {
     if (pool != nullptr) {
         pool->TakeList(children);
     } else if (children.size() == 1) {
-        children.reserve(6);
+        children.reserve(secondCapacity);
     }
 }
 

@@ -16,6 +16,12 @@ void WriteToBuffer(std::ostream& out, char const* bytes, std::size_t size, bool 
     bool isWritten = false;
     try {
         isWritten = out.rdbuf()->sputn(bytes, count) == count;
+        if (isWritten && !out.good()) {  // by its buffer's own doing
+            if (flush) {
+                out.flush();
+            }
+            return;
+        }
         if (isWritten && (!flush || out.rdbuf()->pubsync() != -1)) {
             return;
         }

@@ -1,6 +1,7 @@
 #include "enums/self_test.hpp"
 
 #include <cstring>
+#include <initializer_list>
 #include <iostream>
 #include <quillo>
 
@@ -17,7 +18,6 @@ int ValueAt(void const* values, int i) {
     return value;
 }
 
-// Numbers go out as texts, digits alone: a stream would group them by its locale.
 int Fail(char const* name, std::initializer_list<char const*> reason) {
     std::cout << "** " << name << "_UnitTest: ";
     for (char const* const piece : reason) {
@@ -27,6 +27,7 @@ int Fail(char const* name, std::initializer_list<char const*> reason) {
     return 1;
 }
 
+// Numbers go out as texts, digits alone: a stream would group them by its locale.
 int FailOrder(char const* name, int value) {
     return Fail(name, {"Quillo:: ", name, " ", EscapeJavascriptString(value).c_str(),
                        " is out-of-order\n"});

@@ -11,7 +11,8 @@ namespace Quillo {
 // How many bytes a byte may become: "&quot;" is the longest there is.
 constexpr std::size_t mostOfAByte = 6;
 
-// Writes what the bytes from `p` up to `end` become, and returns where that ends.
+// Writes what the bytes from `p` up to `end` become, and returns where that ends. `to` has room for
+// `mostOfAByte` bytes for each of them, all of which may be written to.
 typedef char* Conversion(char const* p, char const* end, char* to);
 
 // What `text` becomes, up to its NUL. It is written to the stack a block at a time and appended
@@ -19,8 +20,8 @@ typedef char* Conversion(char const* p, char const* end, char* to);
 std::string Converted(char const* text, Conversion* convert);
 
 // Copies the run from `begin` up to `run` and returns where the copy ends. Of the bytes behind the
-// run, up to `end`, some may be copied with it, to where others are written next: most runs are
-// short, and a copy of 16 bytes whichever takes no call where the processor has vectors.
+// run, up to `end`, some may be copied with it: `to` has room for `end - begin` bytes. Most runs
+// are short, and where the processor has vectors a copy of always 16 bytes takes no call.
 inline char* CopyRun(char const* begin, char const* run, [[maybe_unused]] char const* end,
                      char* to) {
     std::size_t copied = 0;

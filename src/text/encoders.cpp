@@ -178,9 +178,9 @@ public:
     }
 
 private:
-    char const* next;
+    [[maybe_unused]] char const* next;
     char const* const end;
-    unsigned signs = 0;
+    [[maybe_unused]] unsigned signs = 0;
 };
 
 // Decodes the escapes that begin before `end`, and all bytes between them.
@@ -250,6 +250,9 @@ std::string PcntDecode(char const* begin, char const* end) {
     std::string decoded(length + mostOfAnEscape - 1, '\0');
     char const* const last = Decode(begin, begin + length, decoded.data());
     decoded.resize(static_cast<std::size_t>(last - decoded.data()));
+    if (decoded.size() < decoded.capacity() / 2) {
+        decoded.shrink_to_fit();
+    }
     return decoded;
 }
 

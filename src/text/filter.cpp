@@ -6,7 +6,6 @@
 #include "text/conversion.hpp"
 
 namespace Quillo {
-
 namespace {
 
 struct Entity {

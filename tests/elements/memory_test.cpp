@@ -68,8 +68,8 @@ constexpr std::size_t emptyDiv = 116;
 constexpr std::size_t divOfTwo = 244;
 constexpr std::size_t shortText = 144;
 #elif QUILLO_POOL
-constexpr std::size_t emptyDiv = 224;
-constexpr std::size_t divOfTwo = 416;
+constexpr std::size_t emptyDiv = 216;
+constexpr std::size_t divOfTwo = 408;
 constexpr std::size_t shortText = 256;
 #else
 constexpr std::size_t emptyDiv = 208;

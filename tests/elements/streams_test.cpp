@@ -369,6 +369,37 @@ TEST_F(StreamsTest, ATextIsWrittenAtOnceWhateverItBecomes) {
     }
 }
 
+// Takes the bytes, and declares its stream failed.
+class DeclaringBuffer : public std::streambuf {
+public:
+    std::ostream* stream = nullptr;
+    int flushes = 0;
+
+private:
+    std::streamsize xsputn(char const*, std::streamsize count) override {
+        stream->setstate(std::ios_base::failbit);
+        return count;
+    }
+    int_type overflow(int_type byte) override {
+        stream->setstate(std::ios_base::failbit);
+        return byte;
+    }
+    int sync() override {
+        ++flushes;
+        return 0;
+    }
+};
+
+TEST_F(StreamsTest, AStreamThatItsBufferDeclaresFailedIsNotFlushed) {
+    DeclaringBuffer buffer;
+    std::ostream stream(&buffer);
+    buffer.stream = &stream;
+    Renderer r(stream);
+    (Div() << Br()).impl->Render(r, 0);
+    EXPECT_EQ(buffer.flushes, 0);
+    EXPECT_EQ(stream.rdstate(), std::ios_base::failbit);
+}
+
 // Ends its thread at the first byte.
 class EndingBuffer : public std::streambuf {
     int_type overflow(int_type) override { pthread_exit(nullptr); }
