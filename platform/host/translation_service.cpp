@@ -19,6 +19,9 @@ namespace {
 // What "*" stands for, and what a phrase is looked up in when no language suits.
 char const defaultCatalog[] = "en-us";
 
+// The language that was asked for last, which is the caller's until the next question.
+thread_local std::string languageName;
+
 // How many unknown phrases are remembered, each to be logged once.
 constexpr std::size_t mostUnknown = 1000;
 
@@ -72,16 +75,15 @@ void WritePhrase(ZOV_AppData& app, char const* phrase) {
 using namespace QuilloHost;
 
 char* HTTP_Extension_Translation_Lang(char const* preferred) {
-    thread_local std::string name;
     try {
         std::optional<std::string> const found =
             LookUpLanguage(preferred != nullptr ? preferred : "", CatalogNames(), defaultCatalog);
-        name = found.value_or("");
+        languageName = found.value_or("");
     } catch (std::exception const& error) {
         Log_SpecEntry(logSpecError, __FILE__, __LINE__, "%s: %s", __func__, error.what());
-        name.clear();
+        languageName.clear();
     }
-    return name.empty() ? nullptr : name.data();
+    return languageName.empty() ? nullptr : languageName.data();
 }
 
 int Trans_LangExists(char const* code) {
