@@ -106,9 +106,13 @@ TEST_F(RendererTest, NumbersFollowTheStreamsFormatting) {
 
 TEST_F(RendererTest, AWidthSetOnTheStreamPadsNoText) {
     isDebug = true;
-    page << std::setfill('*') << std::setw(9);
-    r << Indent(1) << "a" << std::string("b") << 'c' << Endl() << Indent(2) << "";
-    EXPECT_EQ(Page(), "  abc\n    ");
+    for (auto* const unitBuffering : {std::nounitbuf, std::unitbuf}) {
+        page.str(std::string());
+        r.atLineStart = true;
+        page << unitBuffering << std::setfill('*') << std::setw(9);
+        r << Indent(1) << "a" << std::string("b") << 'c' << Endl() << Indent(2) << "";
+        EXPECT_EQ(Page(), "  abc\n    ");
+    }
 }
 
 TEST_F(RendererTest, EveryWriteLeavesTheLineStart) {
