@@ -228,7 +228,7 @@ TEST_F(PoolTest, AnAttributeIsSetWhollyOrNotAtAll) {
 
 #if QUILLO_POOL
 
-constexpr long limit = 512 * 1024;
+constexpr long limit = 512L * 1024;
 
 // How many of 20000 blocks an empty pool keeps.
 long KeptBlocks(std::size_t size) {
