@@ -13,10 +13,17 @@ library=$(readlink -f "$folder/lib/libquillo.so")
 stripped=$(mktemp)
 trap 'rm -f "$stripped"' EXIT
 
-# The instructions of a program that loads the library so many times.
-instructions() {  # TIMES
+# The instructions of the program that loads LIBRARY, or nothing.
+instructions() {  # [LIBRARY]
     qemu-ppc -L /usr/powerpc-linux-gnu -plugin "file=$plugin" -d plugin \
-        "$folder/bin/load" "$library" "$1" 2>&1 >/dev/null | sed -n 's/^instructions: //p'
+        "$folder/bin/load" "$@" 2>&1 >/dev/null | sed -n 's/^instructions: //p'
+}
+
+# The median of 201 times, in microseconds.
+microseconds() {
+    for ((i = 0; i < 201; ++i)); do
+        "$folder/bin/load" "$library"
+    done | sort -n | sed -n 101p
 }
 
 "${prefix}strip" -o "$stripped" "$library"
@@ -25,7 +32,7 @@ printf 'text\t%s\ndata\t%s\n' "$text" "$data"
 printf 'relocations\t%s\n' \
     "$("${prefix}readelf" --relocs --wide "$stripped" | grep -c '^[0-9a-f]\{8\}')"
 if [[ -n $plugin ]]; then
-    printf 'load, instructions\t%s\n' "$(($(instructions 2) - $(instructions 1)))"
+    printf 'load, instructions\t%s\n' "$(($(instructions "$library") - $(instructions)))"
 else
-    printf 'load\t%s\n' "$("$folder/bin/load" "$library" 2000)"
+    printf 'load\t%s\n' "$(microseconds)"
 fi
