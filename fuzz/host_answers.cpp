@@ -152,11 +152,8 @@ void CheckCalls(RequestState const& asked, std::string const& answer) {
     Expect(state != nullptr, "a request is known");
     ExpectEqual(MakeAnswer(*state, {providers, 1}), answer, "a request is what was set");
     auto const* const handed = reinterpret_cast<char const*>(app.loaState[6]);
-    Value argument;
-    if (handed != nullptr) {
-        argument.emplace(handed);  // GCC 12 at -O3 gets the text wrong in a conditional expression
-    }
-    ExpectEqual(argument, asked.format, "a get-function is handed the argument");
+    ExpectEqual(handed != nullptr ? Value(handed) : std::nullopt, asked.format,
+                "a get-function is handed the argument");
     app.out = open_memstream(&text, &size);
     int const status = AnswerRequest(&app, "fuzz", {providers, 1});
     std::fclose(app.out);
