@@ -40,9 +40,10 @@ END
 }
 
 # An absolute symbol (A) is the name of a version, no function and no variable.
+# std::size_t is an unsigned long in the list, and an unsigned int on machines of 32 bits.
 exported() {
     nm -D --defined-only --demangle --without-symbol-versions "$library" |
-        sed -nE 's/^[0-9a-f]+ [^A] //p' | sort -u
+        sed -nE 's/unsigned int/unsigned long/g; s/^[0-9a-f]+ [^A] //p' | sort -u
 }
 
 # What a library of the system defines bears a version; what no library defines bears none, and may
