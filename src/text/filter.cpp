@@ -27,6 +27,33 @@ Entity const& EntityOf(char byte) {
     return entities[0];
 }
 
+}  // namespace
+
+char const* Replacement(char byte) {
+    return EntityOf(byte).text;
+}
+
+#if QUILLO_SMALL
+
+std::string Filter(char const* text) {
+    char const* p = Cstr(text);
+    char const* const end = p + std::strlen(p);
+    std::string filtered;
+    for (;; ++p) {
+        char const* const plain = p;
+        p = EndOfPlain(plain, end);
+        filtered.append(plain, static_cast<std::size_t>(p - plain));
+        if (p == end) {
+            return filtered;
+        }
+        filtered += Replacement(*p);
+    }
+}
+
+#else
+
+namespace {
+
 char* FilterBytes(char const* p, char const* end, char* to) {
     for (;;) {
         char const* const plain = p;
@@ -43,13 +70,11 @@ char* FilterBytes(char const* p, char const* end, char* to) {
 
 }  // namespace
 
-char const* Replacement(char byte) {
-    return EntityOf(byte).text;
-}
-
 std::string Filter(char const* text) {
     return Converted(Cstr(text), FilterBytes);
 }
+
+#endif
 
 std::string Filter(std::string const& text) {
     return Filter(text.c_str());
