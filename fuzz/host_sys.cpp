@@ -13,6 +13,7 @@
 #include "host/sys/sys_objects.hpp"
 #include "host_log.hpp"
 #include "oracle.hpp"
+#include "pieces.hpp"
 #include "platform/fixture_machine.hpp"
 #include "platform/system_calls.hpp"
 
@@ -21,18 +22,6 @@ using namespace QuilloHost;
 namespace {
 
 typedef std::vector<std::string> Texts;
-
-Texts Pieces(std::string const& text, std::string const& delimiters) {
-    Texts pieces = {""};
-    for (char const c : text) {
-        if (delimiters.find(c) != std::string::npos) {
-            pieces.emplace_back();
-        } else {
-            pieces.back() += c;
-        }
-    }
-    return pieces;
-}
 
 Texts Words(std::string const& line) {
     Texts words = Pieces(line, " \t");

@@ -13,6 +13,7 @@
 #include "digests.hpp"
 #include "feed.hpp"
 #include "oracle.hpp"
+#include "pieces.hpp"
 
 using namespace QuilloServer;
 
@@ -30,19 +31,6 @@ std::string Lowered(std::string text) {
 bool EndsWith(std::string const& text, std::string const& end) {
     return text.size() >= end.size() &&
            text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-// At every byte of `delimiters`; empty texts included.
-Texts Pieces(std::string const& text, std::string const& delimiters) {
-    Texts pieces = {""};
-    for (char const c : text) {
-        if (delimiters.find(c) != std::string::npos) {
-            pieces.emplace_back();
-        } else {
-            pieces.back() += c;
-        }
-    }
-    return pieces;
 }
 
 void CheckTarget(std::string const& target) {

@@ -4,6 +4,7 @@
 #include "feed.hpp"
 #include "library.hpp"
 #include "oracle.hpp"
+#include "pieces.hpp"
 
 using namespace Quillo;
 
@@ -12,14 +13,7 @@ namespace {
 typedef std::vector<std::string> Texts;
 
 Texts ByTheRules(std::string const& text, std::string const& delimiters, bool keeps) {
-    Texts fields = {""};
-    for (char const c : text) {
-        if (delimiters.find(c) != std::string::npos) {
-            fields.emplace_back();
-        } else {
-            fields.back() += c;
-        }
-    }
+    Texts fields = Pieces(text, delimiters);
     if (fields.back().empty()) {
         fields.pop_back();
     }

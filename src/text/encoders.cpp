@@ -5,7 +5,6 @@
 #include <cstring>
 #include <quillo>
 
-#include "elements/diagnostics.hpp"
 #include "text/conversion.hpp"
 #include "text/hex_digit.hpp"
 #include "text/window.hpp"
@@ -240,10 +239,6 @@ std::string PcntEncode(char const* text) {
     return Converted(text, Encode);
 }
 
-std::string PcntEncode(std::string const& text) {
-    return PcntEncode(text.c_str());
-}
-
 std::string PcntDecode(char const* begin, char const* end) {
     std::size_t const length = LengthUpTo(begin, end);
     // No escape is shorter than what it becomes, but the last one may begin with the last byte.
@@ -260,19 +255,11 @@ std::string AddSlashes(char const* text) {
     return Converted(text, SlashQuotes);
 }
 
-std::string AddSlashes(std::string const& text) {
-    return AddSlashes(text.c_str());
-}
-
 std::string EscapeJavascriptString(std::string const& text) {
     if (text.find_first_of("\"\\") == std::string::npos) {
         return text;
     }
     return Converted(text.c_str(), SlashDoubleQuotes);
-}
-
-std::string EscapeJavascriptString(int number) {
-    return Joined({number});
 }
 
 }  // namespace Quillo

@@ -3,7 +3,6 @@
 #include <cstring>
 #include <quillo>
 
-#include "elements/diagnostics.hpp"
 #include "text/hex_digit.hpp"
 
 namespace Quillo {
@@ -108,10 +107,6 @@ std::string PcntEncode(char const* text) {
     return encoded;
 }
 
-std::string PcntEncode(std::string const& text) {
-    return PcntEncode(text.c_str());
-}
-
 std::string PcntDecode(char const* begin, char const* end) {
     std::string decoded;
     char const* p = begin;
@@ -132,19 +127,11 @@ std::string AddSlashes(char const* text) {
     return Backslashed(text, "\\\"'");
 }
 
-std::string AddSlashes(std::string const& text) {
-    return AddSlashes(text.c_str());
-}
-
 std::string EscapeJavascriptString(std::string const& text) {
     if (text.find_first_of("\"\\") == std::string::npos) {
         return text;
     }
     return Backslashed(text.c_str(), "\\\"");
-}
-
-std::string EscapeJavascriptString(int number) {
-    return Joined({number});
 }
 
 }  // namespace Quillo
