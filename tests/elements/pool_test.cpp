@@ -53,6 +53,15 @@ __attribute__((noinline)) void* operator new(std::size_t size) {
     return block;
 }
 
+// The sanitizer has one of its own, whose blocks are not for std::free.
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    try {
+        return operator new(size);
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+
 __attribute__((noinline)) void operator delete(void* block) noexcept {
     if (block != nullptr) {
         --blocks;
