@@ -9,8 +9,8 @@ namespace {
 
 char const indentUnit[] = "  ";
 
-// What `write` and then `flush` do to a stream of which `IsUndisturbed` holds, the state that they
-// leave it in included.
+// What `write` and then `flush` do to an undisturbed stream, the state that they leave it in
+// included.
 //
 // What unwinds an ending thread has no object, so that a reference to it is one to nothing, which
 // the sanitizer of undefined behaviour need not tell.
@@ -41,37 +41,33 @@ __attribute__((no_sanitize("undefined"))) void WriteToBuffer(std::ostream& out, 
     }
 }
 
-void Write(std::ostream& out, char const* bytes, std::size_t size, bool flush) {
-    if (!isSmall && IsUndisturbed(out)) {
-        WriteToBuffer(out, bytes, size, flush);
-        return;
-    }
-    out.write(bytes, static_cast<std::streamsize>(size));
-    if (flush) {
-        out.flush();
-    }
-}
-
 }  // namespace
 
-Renderer& WriteBytes(Renderer& r, char const* bytes, std::size_t size) {
-    Write(*r.out, bytes, size, false);
-    r.atLineStart = false;
-    return r;
+void Write(Renderer& r, char const* bytes, std::size_t size, bool isLine) {
+    if (!isSmall && IsUndisturbed(*r.out)) {
+        WriteUndisturbed(r, bytes, size, isLine);
+        return;
+    }
+    r.out->write(bytes, static_cast<std::streamsize>(size));
+    if (isLine) {
+        r.out->flush();
+    }
+    r.atLineStart = isLine;
 }
 
-Renderer& WriteLine(Renderer& r, char const* line, std::size_t size) {
-    Write(*r.out, line, size, true);
-    r.atLineStart = true;
-    return r;
+void WriteUndisturbed(Renderer& r, char const* bytes, std::size_t size, bool isLine) {
+    WriteToBuffer(*r.out, bytes, size, isLine);
+    r.atLineStart = isLine;
 }
 
 Renderer& operator<<(Renderer& r, char const* text) {
-    return WriteBytes(r, Cstr(text), std::strlen(Cstr(text)));
+    Write(r, Cstr(text), std::strlen(Cstr(text)), false);
+    return r;
 }
 
 Renderer& operator<<(Renderer& r, std::string const& text) {
-    return WriteBytes(r, text.data(), text.size());
+    Write(r, text.data(), text.size(), false);
+    return r;
 }
 
 Renderer& operator<<(Renderer& r, int number) {
@@ -81,7 +77,8 @@ Renderer& operator<<(Renderer& r, int number) {
 }
 
 Renderer& operator<<(Renderer& r, char byte) {
-    return WriteBytes(r, &byte, 1);
+    Write(r, &byte, 1, false);
+    return r;
 }
 
 Renderer& operator<<(Renderer& r, Endl const&) {

@@ -16,16 +16,17 @@ inline bool IsUndisturbed(std::ostream const& stream) {
            stream.exceptions() == std::ios_base::goodbit;
 }
 
-// Writes bytes as they stand. Unformatted output: a width that was set on the stream pads nothing
-// in a page.
-Renderer& WriteBytes(Renderer& r, char const* bytes, std::size_t size);
+// Writes bytes as they stand and, when they are a line, the flush that its end owes. Unformatted
+// output: a width that was set on the stream pads nothing in a page.
+void Write(Renderer& r, char const* bytes, std::size_t size, bool isLine);
 
-// The same, and the flush that the line's end, which is the last of the bytes, owes.
-Renderer& WriteLine(Renderer& r, char const* line, std::size_t size);
+// The same to a stream that is known to be undisturbed.
+void WriteUndisturbed(Renderer& r, char const* bytes, std::size_t size, bool isLine);
 
 // What `r << Endl()` does, without an element made for it.
 inline Renderer& EndLine(Renderer& r) {
-    return WriteLine(r, "\n", 1);
+    Write(r, "\n", 1, true);
+    return r;
 }
 
 // What `r << Indent(level)` does, without a call where it does nothing.

@@ -16,6 +16,7 @@
 // out of its frame, in functions that are not inlined.
 #include <cstring>
 #include <string_view>
+#include <typeinfo>
 
 #include "elements/diagnostics.hpp"
 #include "elements/renderer.hpp"
@@ -23,6 +24,8 @@
 
 namespace Quillo {
 namespace {
+
+using namespace std::string_view_literals;
 
 char const self[] = "Render";
 
@@ -81,10 +84,10 @@ void CheckFocus(ElementImpl const& element, Renderer& r) {
 // Neither names nor values are escaped: who sets a value passes it through `Filter`.
 void WriteAttributes(ElementImpl const& element, TagWriter& tag) {
     for (auto const& attribute : element.attrs) {
-        tag.Attribute(attribute.first, attribute.second);
+        tag.Add(" "sv, attribute.first, "=\""sv, attribute.second, "\""sv);
     }
     for (std::string const& name : element.emptyAttrs) {
-        tag << ' ' << name << "=\"\"";
+        tag.Add(" "sv, name, "=\"\""sv);
     }
 }
 
@@ -133,29 +136,19 @@ void Finish(ElementImpl const& element, Renderer& r, TagWriter& tag) {
 __attribute__((noinline)) void WriteOpeningTag(ElementImpl const& element, Renderer& r, int level) {
     Begin(element, r, level);
     TagWriter tag(r);
-    tag << '<' << element.tag;
+    tag.Add("<"sv, element.tag);
     WriteAttributes(element, tag);
     if (element.isLeaf) {
-        tag << " >";
+        tag << " >"sv;
         Finish(element, r, tag);
         return;
     }
-    tag << '>';
+    tag << ">"sv;
     if (!element.children.empty() && r.oneLineDepth == 0) {
         tag.EndLine();
     } else {
         tag.End();
     }
-}
-
-__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, bool hasBody,
-                                               Renderer& r, int level) {
-    if (hasBody && r.oneLineDepth == 0) {
-        StartLine(r, level);
-    }
-    TagWriter tag(r);
-    tag << "</" << element.tag << '>';
-    Finish(element, r, tag);
 }
 
 // Script content is never escaped: markup has no meaning in it.
@@ -174,20 +167,57 @@ bool IsShort(std::string const& text) {
     return text.size() < TagWriter::capacity / 6;
 }
 
-// What `Filter` gives, without a string made for it.
-__attribute__((noinline)) void WriteFiltered(char const* text, Renderer& r) {
-    TagWriter out(r);
-    char const* const end = text + std::strlen(text);
-    for (char const* p = text;; ++p) {
-        char const* const plain = p;
-        p = EndOfPlain(plain, end);
-        out << std::string_view(plain, static_cast<std::size_t>(p - plain));
-        if (p == end) {
-            out.End();
+// What `Filter` gives, without a string made for it. `marks` are those of `text`, of which `p` is
+// the first.
+void WriteFiltered(char const* text, char const* p, Marks<NotPlain>& marks, TagWriter& out) {
+    for (;; p = marks.From(text)) {
+        out << std::string_view(text, static_cast<std::size_t>(p - text));
+        if (*p == '\0') {
             return;
         }
         out << Replacement(*p);
+        text = p + 1;
     }
+}
+
+// By a string of its own: `WriteText` is to have none in its frame.
+__attribute__((noinline)) void WriteLong(std::string const& text, TagWriter& out) {
+    out << Filter(text);
+}
+
+void WriteText(TextImpl const& element, TagWriter& out) {
+    std::string const& text = element.text;
+    char const* const end = text.data() + text.size();
+    Marks<NotPlain> marks(text.data(), end);
+    char const* first = end;
+    if (!element.filter || (first = marks.From(text.data())) == end || IsInScript(element)) {
+        out << text;
+    } else if (!isSmall && IsShort(text) && out.IsCollecting()) {
+        WriteFiltered(text.data(), first, marks, out);
+    } else {
+        WriteLong(text, out);
+    }
+}
+
+// The text that is an element's last child reaches the stream with the tag behind it. Whether it is
+// such a text is asked of its very type: a kind derived from it writes as it likes.
+bool IsText(ElementImpl const& element) {
+    return !isSmall && &typeid(element) == &typeid(TextImpl);
+}
+
+__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, TextImpl const* lastText,
+                                               bool hasBody, Renderer& r, int level) {
+    if (lastText != nullptr) {
+        StartLine(r, level + 1);
+    } else if (hasBody && r.oneLineDepth == 0) {
+        StartLine(r, level);
+    }
+    TagWriter tag(r);
+    if (lastText != nullptr) {
+        WriteText(*lastText, tag);
+    }
+    tag.Add("</"sv, element.tag, ">"sv);
+    Finish(element, r, tag);
 }
 
 }  // namespace
@@ -198,27 +228,28 @@ void ElementImpl::Render(Renderer& r, int level) const {
         return;
     }
     bool const hasBody = !children.empty();
+    TextImpl const* lastText = nullptr;
     if (this == debugMsgs.impl.get()) {
         Diagnostics::RenderDebugLines(*this, r, level + 1);
     } else {
         // By index, and the count read anew: a child may be added while its parent is written.
         for (std::size_t i = 0; i < children.size(); ++i) {
-            Element::Checked(children[i]).Render(r, level + 1);
+            ElementImpl const& child = Element::Checked(children[i]);
+            if (i + 1 == children.size() && IsText(child)) {
+                lastText = static_cast<TextImpl const*>(&child);
+            } else {
+                child.Render(r, level + 1);
+            }
         }
     }
-    WriteClosingTag(*this, hasBody, r, level);
+    WriteClosingTag(*this, lastText, hasBody, r, level);
 }
 
 void TextImpl::Render(Renderer& r, int level) const {
     StartLine(r, level);
-    char const* const end = text.data() + text.size();
-    if (!filter || EndOfPlain(text.data(), end) == end || IsInScript(*this)) {
-        r << text;
-    } else if (!isSmall && IsShort(text) && IsUndisturbed(*r.out)) {
-        WriteFiltered(text.c_str(), r);
-    } else {
-        r << Filter(text);
-    }
+    TagWriter out(r);
+    WriteText(*this, out);
+    out.End();
 }
 
 void ContainerImpl::Render(Renderer& r, int level) const {

@@ -4,35 +4,38 @@
 
 namespace Quillo {
 
-TagWriter::TagWriter(Renderer& renderer)
-    : r(renderer), room(IsUndisturbed(*renderer.out) ? sizeof buffer : 0), size(0) {}
-
 void TagWriter::AddToFull(std::string_view piece) {
-    if (size != 0) {
-        End();
+    if (to != buffer) {
+        WriteCollected(false);
+        to = buffer;
+        LookAtStream();
     }
-    if (piece.size() < room) {
-        *this << piece;
+    if (piece.size() < Room()) {
+        to = CopyPiece(to, piece);
     } else {
-        WriteBytes(r, piece.data(), piece.size());
+        Write(r, piece.data(), piece.size(), false);
+        LookAtStream();
     }
 }
 
-// A stream that takes too little refuses what comes behind it, as it would have refused the pieces.
 void TagWriter::End() {
-    if (room != 0) {
-        WriteBytes(r, buffer, size);
-        size = 0;
+    if (to != buffer) {
+        WriteCollected(false);
     }
 }
 
 void TagWriter::EndLine() {
-    if (room != 0) {
-        *this << '\n';
-        WriteLine(r, buffer, size);
-        size = 0;
+    if (IsCollecting()) {
+        *to++ = '\n';
+        WriteCollected(true);
     } else {
         Quillo::EndLine(r);
+    }
+}
+
+void TagWriter::LookAtStream() {
+    if (!isSmall && !IsUndisturbed(*r.out)) {
+        end = buffer;
     }
 }
 

@@ -9,7 +9,34 @@
 
 namespace Quillo {
 
-// The pieces of one tag on their way to the stream, and the line end behind it.
+// The first and the last bytes of a piece, which overlap in a shorter one.
+template <std::size_t count>
+void CopyEnds(char* to, std::string_view piece) {
+    std::memcpy(to, piece.data(), count);
+    std::memcpy(to + piece.size() - count, piece.data() + piece.size() - count, count);
+}
+
+// Copies a piece and returns where it ends. Most are shorter than a call of memcpy takes long.
+inline char* CopyPiece(char* to, std::string_view piece) {
+    if (isSmall || piece.size() > 32) {
+        std::memcpy(to, piece.data(), piece.size());
+    } else if (piece.size() >= 8) {
+        if (piece.size() >= 16) {
+            CopyEnds<16>(to, piece);
+        } else {
+            CopyEnds<8>(to, piece);
+        }
+    } else if (piece.size() >= 4) {
+        CopyEnds<4>(to, piece);
+    } else if (piece.size() >= 2) {
+        CopyEnds<2>(to, piece);
+    } else if (!piece.empty()) {
+        *to = piece.front();
+    }
+    return to + piece.size();
+}
+
+// The pieces of one tag on their way to the stream, the text before it and the line end behind it.
 //
 // They are collected, and reach the stream in one write, where nobody can tell that from a write
 // for each piece. Any other stream gets every piece by itself.
@@ -19,51 +46,64 @@ class TagWriter {
 public:
     static constexpr std::size_t capacity = 512;
 
-    explicit TagWriter(Renderer& renderer);
+    explicit TagWriter(Renderer& renderer)
+        : r(renderer), to(buffer), end(buffer + (IsUndisturbed(*renderer.out) ? capacity : 0)) {}
     TagWriter(TagWriter const&) = delete;
     TagWriter& operator=(TagWriter const&) = delete;
 
+    bool IsCollecting() const { return end != buffer; }
+
     TagWriter& operator<<(std::string_view piece) {
-        if (piece.size() < room - size) {
-            Add(piece);
+        if (piece.size() < Room()) {
+            to = CopyPiece(to, piece);
         } else {
             AddToFull(piece);
         }
         return *this;
     }
-    TagWriter& operator<<(char byte) { return *this << std::string_view(&byte, 1); }
 
-    // ` name="value"`
-    void Attribute(std::string_view name, std::string_view value) {
-        if (isSmall || name.size() + value.size() + 4 >= room - size) {
-            *this << ' ' << name << "=\"" << value << '"';
+    // Pieces one behind the other. There is room for all of them, but for few tags.
+    template <class... Pieces>
+    void Add(Pieces const&... pieces) {
+        if (isSmall || (pieces.size() + ...) >= Room()) {
+            (*this << ... << pieces);
         } else {
-            Add(" ");
-            Add(name);
-            Add("=\"");
-            Add(value);
-            Add("\"");
+            char* next = to;
+            ((next = CopyPiece(next, pieces)), ...);
+            to = next;
         }
     }
 
     // Ends the tag: what was collected is written. To be called once, last, or `EndLine` is.
+    //
+    // A stream that takes too little refuses what comes behind it, as it would have refused the
+    // pieces.
     void End();
 
     // The same, and a line end: a newline and a flush.
     void EndLine();
 
 private:
-    // A piece for which there is room.
-    void Add(std::string_view piece) {
-        std::memcpy(buffer + size, piece.data(), piece.size());
-        size += piece.size();
-    }
+    // There is always a byte of it left, for a newline.
+    std::size_t Room() const { return static_cast<std::size_t>(end - to); }
 
     void AddToFull(std::string_view piece);
 
+    // What was written may have disturbed the stream.
+    void LookAtStream();
+
+    void WriteCollected(bool isLine) {
+        std::size_t const size = static_cast<std::size_t>(to - buffer);
+        if (isSmall) {
+            Write(r, buffer, size, isLine);
+        } else {
+            WriteUndisturbed(r, buffer, size, isLine);
+        }
+    }
+
     Renderer& r;
-    std::size_t room;  // of the buffer; 0: pieces are written by themselves
-    std::size_t size;
+    char* to;
+    char* end;  // of the buffer; its beginning when pieces are written by themselves
     char buffer[capacity];
 };
 

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <quillo>
 
+#include "elements/diagnostics.hpp"
 #include "text/conversion.hpp"
 #include "text/hex_digit.hpp"
-#include "text/window.hpp"
 
 namespace Quillo {
 namespace {
@@ -146,45 +146,18 @@ Escape ReadByte(char const* p) {
     return {DigitValue(p[0]) << 4 | DigitValue(p[1]), p + 2};
 }
 
-// Finds the percent signs of a text, in a window after another where there are windows.
-class PercentSigns {
-public:
-    PercentSigns(char const* text, char const* textEnd) : next(text), end(textEnd) {}
-
-    // The first sign from `p` up, or the end.
-    char const* From(char const* p) {
+struct PercentSign {
+    static bool Is(char c) { return c == '%'; }
 #ifdef __SSE2__
-        for (;;) {
-            for (; signs != 0; signs &= signs - 1) {
-                char const* const sign = next - Window::size + __builtin_ctz(signs);
-                if (sign >= p) {
-                    return sign;
-                }
-            }
-            next = std::max(next, p);
-            if (end - next < Window::size) {
-                break;
-            }
-            signs = Window::PercentSigns(next);
-            next += Window::size;
-        }
-        p = next;
-#endif
-        while (p < end && *p != '%') {
-            ++p;
-        }
-        return p;
+    static unsigned InWindow(char const* text) {
+        return Window::PercentSigns(text);
     }
-
-private:
-    [[maybe_unused]] char const* next;
-    char const* const end;
-    [[maybe_unused]] unsigned signs = 0;
+#endif
 };
 
 // Decodes the escapes that begin before `end`, and all bytes between them.
 char* Decode(char const* p, char const* end, char* to) {
-    PercentSigns signs(p, end);
+    Marks<PercentSign> signs(p, end);
     while (p < end) {
         char const* const sign = signs.From(p);
         to = CopyRun(p, sign, end, to);

@@ -29,8 +29,9 @@ Entity const& EntityOf(char byte) {
 
 }  // namespace
 
-char const* Replacement(char byte) {
-    return EntityOf(byte).text;
+std::string_view Replacement(char byte) {
+    Entity const& entity = EntityOf(byte);
+    return {entity.text, static_cast<std::size_t>(entity.size)};
 }
 
 #if QUILLO_SMALL
@@ -38,10 +39,11 @@ char const* Replacement(char byte) {
 std::string Filter(char const* text) {
     char const* p = Cstr(text);
     char const* const end = p + std::strlen(p);
+    Marks<NotPlain> marks(p, end);
     std::string filtered;
     for (;; ++p) {
         char const* const plain = p;
-        p = EndOfPlain(plain, end);
+        p = marks.From(plain);
         filtered.append(plain, static_cast<std::size_t>(p - plain));
         if (p == end) {
             return filtered;
@@ -55,9 +57,10 @@ std::string Filter(char const* text) {
 namespace {
 
 char* FilterBytes(char const* p, char const* end, char* to) {
+    Marks<NotPlain> marks(p, end);
     for (;;) {
         char const* const plain = p;
-        p = EndOfPlain(plain, end);
+        p = marks.From(plain);
         to = CopyRun(plain, p, end, to);
         if (p == end) {
             return to;

@@ -19,6 +19,10 @@ bool IsPlain(char c) {
                         : c == '\t' || c == '\n';
 }
 
+char const* EndOfPlain(char const* text, char const* end) {
+    return Marks<NotPlain>(text, end).From(text);
+}
+
 std::size_t PlainLength(std::string const& text) {
     return static_cast<std::size_t>(EndOfPlain(text.data(), text.data() + text.size()) -
                                     text.data());
@@ -46,6 +50,39 @@ TEST(PlainTextTest, EndsAtTheFirstOfSeveralBytes) {
                 text[second] = '\0';
                 ASSERT_EQ(PlainLength(text), first);
             }
+        }
+    }
+}
+
+TEST(PlainTextTest, AllThatIsNotPlainIsFoundOneAfterTheOther) {
+    for (std::size_t length = 0; length <= 70; ++length) {
+        for (std::size_t step = 1; step <= 20; ++step) {
+            std::string text(length, ' ');
+            for (std::size_t place = 0; place < length; place += step) {
+                text[place] = '&';
+            }
+            char const* const end = text.data() + length;
+            Marks<NotPlain> marks(text.data(), end);
+            std::size_t expected = 0;
+            for (char const* p = marks.From(text.data()); p != end; p = marks.From(p + 1)) {
+                ASSERT_EQ(static_cast<std::size_t>(p - text.data()), expected);
+                expected += step;
+            }
+            ASSERT_GE(expected, length) << "every " << step;
+        }
+    }
+}
+
+TEST(PlainTextTest, WhatIsSkippedIsNotFound) {
+    for (std::size_t length = 1; length <= 70; ++length) {
+        std::string const text(length, '<');
+        char const* const end = text.data() + length;
+        for (std::size_t step = 1; step <= length; ++step) {
+            Marks<NotPlain> marks(text.data(), end);
+            for (std::size_t place = 0; place < length; place += step) {
+                ASSERT_EQ(marks.From(text.data() + place), text.data() + place);
+            }
+            ASSERT_EQ(marks.From(end), end);
         }
     }
 }

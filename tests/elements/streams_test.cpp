@@ -364,9 +364,27 @@ TEST_F(StreamsTest, ATagIsWrittenWithItsLineEndAtOnce) {
 }
 
 TEST_F(StreamsTest, ATextIsWrittenAtOnceWhateverItBecomes) {
-    for (std::size_t size = 0; size < 600; ++size) {
+    EXPECT_EQ(WritesOf(Text("", true)), 0);
+    for (std::size_t size = 1; size < 600; ++size) {
         ASSERT_EQ(WritesOf(Text(std::string(size, '"'), true)), 1) << size;
     }
+}
+
+TEST_F(StreamsTest, TheTextThatEndsAnElementIsWrittenWithTheTagBehindIt) {
+    EXPECT_EQ(WritesOf(Div() << Text("plain", false)), 2);
+    EXPECT_EQ(WritesOf(Div() << Text("<>", true)), 2);
+    EXPECT_EQ(WritesOf(Div() << Text("one", false) << Text("two", false)), 3);
+    EXPECT_EQ(WritesOf(Div() << Text("one", false) << Br()), 4);
+}
+
+struct LoudText : TextImpl {
+    LoudText() : TextImpl("loud", false) {}
+    void Render(Renderer& r, int) const override { r << "LOUD"; }
+};
+
+TEST_F(StreamsTest, ATextOfAPagesOwnKindThatEndsAnElementWritesItself) {
+    EXPECT_EQ(Html(Div() << Element(boost::shared_ptr<ElementImpl>(new LoudText))),
+              "<div>\nLOUD</div>\n");
 }
 
 // Takes the bytes, and declares its stream failed.
