@@ -180,7 +180,7 @@ void WriteFiltered(char const* text, char const* p, Marks<NotPlain>& marks, TagW
     }
 }
 
-// By a string of its own: `WriteText` is to have none in its frame.
+// Through a string, which the frame of `WriteText` is not to have.
 __attribute__((noinline)) void WriteLong(std::string const& text, TagWriter& out) {
     out << Filter(text);
 }
@@ -189,8 +189,8 @@ void WriteText(TextImpl const& element, TagWriter& out) {
     std::string const& text = element.text;
     char const* const end = text.data() + text.size();
     Marks<NotPlain> marks(text.data(), end);
-    char const* first = end;
-    if (!element.filter || (first = marks.From(text.data())) == end || IsInScript(element)) {
+    char const* const first = element.filter ? marks.From(text.data()) : end;
+    if (first == end || IsInScript(element)) {
         out << text;
     } else if (!isSmall && IsShort(text) && out.IsCollecting()) {
         WriteFiltered(text.data(), first, marks, out);
