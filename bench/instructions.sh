@@ -12,7 +12,7 @@ export LC_ALL=C
 
 # At most, in a release build for x86-64 by GCC: some 15 % above what was seen last. To be lowered
 # when the library becomes faster.
-declare -A bounds=([whole]=2180 [write]=675 [filter]=6.7)
+declare -A bounds=([whole]=2000 [write]=530 [filter]=5.2)
 
 counted=$1
 if (($# == 2)); then
