@@ -8,12 +8,13 @@
 
 namespace Quillo {
 
-// The bytes of one kind in a text, one after the other:
+// The bytes of one kind in a text, which are found one after the other:
 //
-//     Marks<PercentSign> signs(text, end);
-//     signs.From(text)
+//     Marks<NotPlain> marks(text, end);
+//     char const* const first = marks.From(text);
+//     char const* const second = marks.From(first + 1);
 //
-// A kind tells of a byte whether it `Is` one, and which bytes of a window are (`InWindow`).
+// A kind tells of a byte whether it `Is` a mark, and which bytes of a window are (`InWindow`).
 template <class Kind>
 class Marks {
 public:
