@@ -10,13 +10,13 @@ using namespace Quillo;
 
 namespace {
 
-char const alphanumeric[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-char const hexDigits[] = "0123456789abcdefABCDEF";
+std::string const safeBytes = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz/._-";
+std::string const hexDigits = "0123456789abcdefABCDEF";
 
 std::string Encoded(std::string const& text) {
     std::string encoded;
     for (char const c : text) {
-        bool const isSafe = (std::string(alphanumeric) + "/._-").find(c) != std::string::npos;
+        bool const isSafe = safeBytes.find(c) != std::string::npos;
         char escape[4];
         std::snprintf(escape, sizeof escape, "%%%02X", static_cast<unsigned char>(c));
         encoded += isSafe ? std::string(1, c) : escape;
@@ -52,7 +52,7 @@ std::string Decoded(std::string const& text, std::size_t bound) {
             at += 2 + digits.size();
             digits.resize(4, '0');
             for (char& digit : digits) {
-                digit = std::string(hexDigits).find(digit) != std::string::npos ? digit : '0';
+                digit = hexDigits.find(digit) != std::string::npos ? digit : '0';
             }
             decoded += Utf8(Hex(digits));
         } else {

@@ -127,4 +127,5 @@ void Check(std::string const& input) {
     CheckFailure(failure);
     ExpectEqual(EnumsUnitTest(), 0, "EnumsUnitTest: all fit together");
     ExpectEqual(Reports(), std::vector<std::string>(), "enums: nothing is reported");
+    ResetLibrary();
 }

@@ -80,4 +80,5 @@ void Check(std::string const& input) {
     if (reports.size() < mostReports) {
         CheckString(input, expected, reports);
     }
+    ResetLibrary();
 }

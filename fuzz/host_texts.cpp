@@ -98,7 +98,7 @@ std::string ReadPhp(std::string const& php) {
 // No quote of a script's string stands without a backslash, and no line ends in it.
 void CheckScript(std::string const& js) {
     for (std::size_t at = 0; at < js.size(); ++at) {
-        Expect(std::string("\"'<\n\r").find(js[at]) == std::string::npos,
+        Expect(std::string_view("\"'<\n\r").find(js[at]) == std::string::npos,
                "phrase: no byte that ends a script's string", js);
         at += js[at] == '\\' ? 1 : 0;
     }

@@ -14,7 +14,9 @@ using namespace QuilloKit;
 
 namespace {
 
-char const letters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+std::string const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+std::string const wordBytes = letters + "0123456789_";
+std::string const valueBytes = letters + "0123456789 #%.-";
 
 bool IsControl(char c) {
     unsigned char const byte = static_cast<unsigned char>(c);
@@ -29,7 +31,7 @@ std::string AttributeText(std::string const& value) {
     for (std::size_t at = 0; at < value.size(); ++at) {
         bool const isKept = value[at] == '\t' || value[at] == '\n' || !IsControl(value[at]);
         Expect(isKept, "an attribute's value holds no control byte", value);
-        Expect(std::string("<>\"'").find(value[at]) == std::string::npos,
+        Expect(std::string_view("<>\"'").find(value[at]) == std::string::npos,
                "an attribute's value ends no attribute and begins no tag", value);
         if (value[at] != '&') {
             text += value[at];
@@ -69,7 +71,7 @@ std::string ReadUrl(std::string url) {
 std::string Scheme(std::string const& url) {
     std::string scheme;
     for (char const c : url) {
-        bool const isLetter = std::string(letters).find(c) != std::string::npos;
+        bool const isLetter = letters.find(c) != std::string::npos;
         bool const isLater = (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
         if (c == ':') {
             return scheme;
@@ -116,7 +118,7 @@ void CheckStyle(std::string const& property, std::string const& value) {
                property);
     }
     std::string const written = style.substr(property.size() + 2);
-    Expect(written.find_first_not_of(std::string(letters) + "0123456789 #%.-") == std::string::npos,
+    Expect(written.find_first_not_of(valueBytes) == std::string::npos,
            "SafeStyle: no byte that ends a declaration or calls a function", style);
     std::vector<std::string> given;
     std::vector<std::string> words;
@@ -138,7 +140,7 @@ std::string ScriptText(std::string const& js) {
             continue;
         }
         ++at;
-        Expect(at + 1 < js.size() && std::string("\\\"u").find(js[at]) != std::string::npos,
+        Expect(at + 1 < js.size() && std::string_view("\\\"u").find(js[at]) != std::string::npos,
                "JsString: an escape of JSON", js);
         if (js[at] != 'u') {
             text += js[at];
@@ -172,7 +174,7 @@ void CheckScript(std::string const& text) {
 void CheckName(std::string const& name) {
     bool isName = !name.empty() && !(name[0] >= '0' && name[0] <= '9');
     for (char const c : name) {
-        isName = isName && (std::string(letters) + "0123456789_").find(c) != std::string::npos;
+        isName = isName && wordBytes.find(c) != std::string::npos;
     }
     bool isRefused = false;
     try {

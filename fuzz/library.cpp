@@ -1,5 +1,6 @@
 #include "library.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <sstream>
 
@@ -15,14 +16,17 @@ constexpr std::size_t longestMessage = 199;
 // The line of `debugMsgs` for an entry. A trace is the same in both places; nothing: it has no
 // line.
 std::string LineOf(LogEntry const& entry) {
-    std::string const place = "At " + entry.file + ":" + std::to_string(entry.line) + ": ";
     if (entry.format == "%s") {
         return entry.message;
     }
-    std::string const word = entry.level == "error"  ? "LOGERROR: "
-                             : entry.level == "warn" ? "LOGWARN: "
-                                                     : "LOGINFO: ";
-    return place + word + std::string(entry.message.c_str()).substr(0, longestMessage);
+    std::string line;
+    line.reserve(longestMessage + 100);
+    line.append("At ").append(entry.file).append(":").append(std::to_string(entry.line));
+    line += entry.level == "error"  ? ": LOGERROR: "
+            : entry.level == "warn" ? ": LOGWARN: "
+                                    : ": LOGINFO: ";
+    std::size_t const length = std::strlen(entry.message.c_str());
+    return line.append(entry.message, 0, std::min(length, longestMessage));
 }
 
 }  // namespace
@@ -39,6 +43,7 @@ std::vector<std::string> Reports() {
     std::vector<std::string> reports;
     auto const& children = debugMsgs.impl->children;
     std::size_t at = 0;
+    reports.reserve(Platform().log.size());
     for (LogEntry const& entry : Platform().log) {
         reports.push_back(entry.level + ": " + entry.message);
         if (entry.level == "force") {

@@ -3,8 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-void Fail(std::string const& rule, std::string const& detail) {
-    std::fprintf(stderr, "fuzz: this does not hold: %s\n%s\n", rule.c_str(), detail.c_str());
+void Fail(std::string_view rule, std::string_view detail) {
+    std::fprintf(stderr, "fuzz: this does not hold: %s\n%s\n", std::string(rule).c_str(),
+                 std::string(detail).c_str());
     std::abort();
 }
 

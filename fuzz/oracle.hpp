@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -13,9 +14,9 @@
 // The target's own check of one input; each target defines it.
 void Check(std::string const& input);
 
-[[noreturn]] void Fail(std::string const& rule, std::string const& detail);
+[[noreturn]] void Fail(std::string_view rule, std::string_view detail);
 
-inline void Expect(bool holds, std::string const& rule, std::string const& detail = "") {
+inline void Expect(bool holds, std::string_view rule, std::string_view detail = {}) {
     if (!holds) {
         Fail(rule, detail);
     }
@@ -53,7 +54,7 @@ std::string Shown(std::optional<Value> const& value) {
 }
 
 template <class Actual, class Expected>
-void ExpectEqual(Actual const& actual, Expected const& expected, std::string const& rule) {
+void ExpectEqual(Actual const& actual, Expected const& expected, std::string_view rule) {
     if (!(actual == expected)) {
         Fail(rule, "is        " + Shown(actual) + "\nshould be " + Shown(expected));
     }

@@ -15,7 +15,7 @@ namespace {
 typedef std::vector<std::string> Texts;
 
 // The bytes of a token (RFC 9110, 5.6.2).
-char const tokenBytes[] =
+std::string const tokenBytes =
     "!#$%&'*+-.^_`|~0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 
 bool IsOf(std::string const& text, std::string const& bytes) {
@@ -29,13 +29,15 @@ std::string Lowered(std::string text) {
     return text;
 }
 
-std::string Visible() {
+std::string VisibleBytes() {
     std::string bytes;
     for (char c = '!'; c <= '~'; ++c) {
         bytes += c;
     }
     return bytes;
 }
+
+std::string const visibleBytes = VisibleBytes();
 
 // The status that a request line is refused with; 0: it is one.
 int RefusalOf(std::string const& line) {
@@ -47,7 +49,7 @@ int RefusalOf(std::string const& line) {
             words.back() += c;
         }
     }
-    if (words.size() != 3 || !IsOf(words[0], tokenBytes) || !IsOf(words[1], Visible()) ||
+    if (words.size() != 3 || !IsOf(words[0], tokenBytes) || !IsOf(words[1], visibleBytes) ||
         words[2].compare(0, 5, "HTTP/") != 0) {
         return 400;
     }
@@ -163,7 +165,8 @@ void CheckPieces(std::string const& bytes) {
     for (std::size_t size = 0; size < bytes.size(); size += 1 + size / 4) {
         HeadJudgement const part = JudgeHead(std::string(bytes, 0, size));
         Expect(part.refusal == 0 || whole.refusal != 0,
-               "JudgeHead: a refused beginning is refused as a whole", bytes.substr(0, size));
+               "JudgeHead: a refused beginning is refused as a whole",
+               std::string_view(bytes).substr(0, size));
         Expect(part.refusal == 0 || part.size == 0 || part.refusal == whole.refusal,
                "JudgeHead: a head that is there is judged for good");
     }

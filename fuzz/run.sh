@@ -3,9 +3,9 @@
 #
 #     fuzz/run.sh [--build FOLDER] [--jobs NUMBER] [TARGET] [SECONDS]
 #
-# Each TARGET (all of them unless named) runs for SECONDS, 30 unless given. It begins with its words,
-# the test data and what earlier runs found worth keeping, in BUILD/corpus/TARGET. Fails when a
-# target broke; the input that did it is left in BUILD/findings.
+# Each TARGET (all of them unless named) runs for SECONDS, 30 unless given, or until it has tried ten
+# million inputs. It begins with its words, the test data and what earlier runs found worth keeping,
+# in BUILD/corpus/TARGET. Fails when a target broke; the input that did it is left in BUILD/findings.
 #
 #     fuzz/run.sh --coverage [--build FOLDER]
 #
@@ -44,7 +44,8 @@ fi
 
 # Files that targets write to belong in memory.
 [[ ! -w /dev/shm ]] || export TMPDIR=/dev/shm
-export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_stack_use_after_return=1}
+# To know who allocated what takes half of the time. The input that is tried again tells it.
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_stack_use_after_return=1:malloc_context_size=0}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1}
 
 # The words of a target and those of the test data, each once: libFuzzer takes one dictionary.
@@ -63,8 +64,8 @@ fuzz() {  # TARGET
     words=$(dictionary "$target")
     [[ -d $build/seeds/$target ]] ||
         "$build/bin/fuzz-write-seeds" "$build/seeds/$target" "$here/words/$target.dict"
-    "$build/bin/fuzz-$target" "-max_total_time=$seconds" -max_len=1024 -timeout=120 \
-        -rss_limit_mb=2048 -print_final_stats=1 "-dict=$words" \
+    "$build/bin/fuzz-$target" "-max_total_time=$seconds" -runs=10000000 -max_len=1024 -timeout=120 \
+        -entropic_scale_per_exec_time=1 -rss_limit_mb=2048 -print_final_stats=1 "-dict=$words" \
         "-artifact_prefix=$build/findings/$target-" \
         "$corpora/$target" "$build/seeds/$target" \
         >"$build/logs/$target" 2>&1 </dev/null || status=$?

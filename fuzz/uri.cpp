@@ -108,4 +108,5 @@ void Check(std::string const& input) {
         ExpectEqual(again.dir + again.page, parsed.dir + parsed.page,
                     "AppendUriArgs: the address stays");
     }
+    ResetLibrary();
 }

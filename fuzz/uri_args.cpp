@@ -138,4 +138,5 @@ void Check(std::string const& input) {
     ExpectEqual(std::string(g_language), rules.language, "GetUriArgs: the language is chosen");
     ExpectEqual(args, rules.args, "GetUriArgs: the arguments over the defaults");
     ExpectEqual(WithoutPlaces(Reports()), rules.reports, "GetUriArgs: all of it is traced");
+    ResetLibrary();
 }

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstring>
+#include <utility>
 
 // Codes that no array index and no boolean could stand for by accident.
 int logSpecError = 701;
@@ -36,14 +37,14 @@ __attribute__((format(printf, 1, 0))) std::string Formatted(char const* format, 
     va_list again;
     va_copy(again, arguments);
     int const length = std::vsnprintf(nullptr, 0, format, arguments);
-    std::vector<char> text(static_cast<std::size_t>(length) + 1);
-    std::vsnprintf(text.data(), text.size(), format, again);
+    std::string text(static_cast<std::size_t>(length), '\0');
+    std::vsnprintf(text.data(), text.size() + 1, format, again);
     va_end(again);
-    return std::string(text.data(), static_cast<std::size_t>(length));
+    return text;
 }
 
-void Record(std::string const& line) {
-    Platform().trace.push_back(line);
+void Record(std::string line) {
+    Platform().trace.push_back(std::move(line));
 }
 
 std::vector<std::string> Words(std::string const& line) {
@@ -146,11 +147,10 @@ void Log_SpecEntry(int level, char const* file, int line, char const* format, ..
     }
     va_list arguments;
     va_start(arguments, format);
-    LogEntry const entry = {
-        LevelName(level), file, line, format, Formatted(format, arguments), level};
+    LogEntry entry = {LevelName(level), file, line, format, Formatted(format, arguments), level};
     va_end(arguments);
     Record("log " + entry.level + " " + entry.file + ": " + entry.message);
-    Platform().log.push_back(entry);
+    Platform().log.push_back(std::move(entry));
     if (Platform().afterLogEntry) {
         Platform().afterLogEntry();
     }
