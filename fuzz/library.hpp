@@ -9,8 +9,8 @@
 
 #include "support/recording_platform.hpp"
 
-// The process as it was at its start: nothing reported, nothing recorded. What a check leaves behind
-// libFuzzer takes for a leak, and tries it again.
+// The process as it was at its start: nothing reported, nothing recorded. What a check leaves
+// behind libFuzzer takes for a leak, and tries it again.
 void ResetLibrary();
 
 // "LEVEL: MESSAGE" of every entry of the device log. What is in `debugMsgs` is compared with the
