@@ -370,6 +370,16 @@ TEST_F(StreamsTest, ATextIsWrittenAtOnceWhateverItBecomes) {
     }
 }
 
+TEST_F(StreamsTest, EveryByteOfATextIsWrittenAsFilterHasIt) {
+    for (int byte = 0; byte < 0x100; ++byte) {
+        for (std::size_t length : {1, 20, 200}) {
+            std::string const text =
+                std::string(length, 'a') + static_cast<char>(byte) + std::string(length, 'b');
+            EXPECT_EQ(Html(Text(text, true)), Filter(text)) << byte;
+        }
+    }
+}
+
 TEST_F(StreamsTest, TheTextThatEndsAnElementIsWrittenWithTheTagBehindIt) {
     EXPECT_EQ(WritesOf(Div() << Text("plain", false)), 2);
     EXPECT_EQ(WritesOf(Div() << Text("<>", true)), 2);
