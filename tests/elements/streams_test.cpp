@@ -338,6 +338,44 @@ TEST_F(StreamsTest, TagsLongerThanAnyBufferAreWrittenWhole) {
     }
 }
 
+// Refuses one write, and takes what comes behind it.
+class RefusingBuffer : public std::streambuf {
+public:
+    explicit RefusingBuffer(int writesTaken) : taken(writesTaken) {}
+    std::string text;
+
+private:
+    std::streamsize xsputn(char const* bytes, std::streamsize count) override {
+        if (taken-- == 0) {
+            return 0;
+        }
+        text.append(bytes, static_cast<std::size_t>(count));
+        return count;
+    }
+    int_type overflow(int_type) override { return traits_type::eof(); }
+
+    int taken;
+};
+
+TEST_F(StreamsTest, WhatStandsBehindARefusedWriteIsNotWritten) {
+    for (std::size_t const size : {300U, 600U}) {
+        std::string const value(size, 'x');
+        Element const tree =
+            Div().SetAttr("a", value).SetAttr("b", "y").SetAttr("c", value).SetAttr("d", "z");
+        std::string const page = Html(tree);
+        std::string text;
+        for (int writes = 0; text != page; ++writes) {
+            RefusingBuffer buffer(writes);
+            std::ostream stream(&buffer);
+            Renderer r(stream);
+            tree.impl->Render(r, 0);
+            text = buffer.text;
+            ASSERT_EQ(text, page.substr(0, text.size())) << writes;
+            ASSERT_EQ(stream.bad(), text != page) << writes;
+        }
+    }
+}
+
 class CountingBuffer : public std::streambuf {
 public:
     int writes = 0;
