@@ -338,6 +338,16 @@ TEST_F(StreamsTest, TagsLongerThanAnyBufferAreWrittenWhole) {
     }
 }
 
+TEST_F(StreamsTest, PiecesOfEveryLengthAreWrittenWhole) {
+    std::string const letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    for (std::size_t size = 1; size <= letters.size(); ++size) {
+        std::string const piece = letters.substr(0, size);
+        Element const tree = Tag(piece).SetAttr(piece, piece) << Text(piece, true);
+        EXPECT_EQ(Html(tree), '<' + piece + ' ' + piece + "=\"" + piece + "\">\n" + piece + "</" +
+                                  piece + ">\n");
+    }
+}
+
 // Refuses one write, and takes what comes behind it.
 class RefusingBuffer : public std::streambuf {
 public:
