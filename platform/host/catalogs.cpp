@@ -10,6 +10,7 @@
 #include <boost/locale.hpp>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <locale>
 #include <map>
@@ -113,17 +114,32 @@ std::locale Load(std::string const& folder, std::string const& name) {
     return std::locale(base, bl::gnu_gettext::create_messages_facet<char>(info));
 }
 
-// The names of the languages that have something in the place of a catalog, ascending. Not by
-// std::filesystem, which ends the process when memory runs out.
-std::vector<std::string> NamesIn(std::string const& folder) {
-    std::vector<std::string> names;
+// What is in the folder, as far as the system tells. Not by std::filesystem, which ends the process
+// when memory runs out.
+std::vector<std::string> EntriesOf(std::string const& folder) {
+    std::vector<std::string> entries;
+    errno = 0;  // what tells the end of the folder from one that breaks off
     std::unique_ptr<DIR, FolderCloser> const list(opendir(folder.c_str()));
     while (dirent const* const entry = list != nullptr ? readdir(list.get()) : nullptr) {
-        std::string const name = entry->d_name;
-        if (IsName(name) && IsThere(FileIn(folder, name))) {
-            names.push_back(name);
-        }
+        entries.emplace_back(entry->d_name);
+        errno = 0;
     }
+    if (errno != 0 && errno != ENOENT) {
+        Log_SpecEntry(logSpecError, __FILE__, __LINE__,
+                      "the folder of the catalogs, \"%s\", cannot be read - %s: languages may be "
+                      "missing until this process is started anew",
+                      folder.c_str(), std::strerror(errno));
+    }
+    return entries;
+}
+
+// The names of the languages that have something in the place of a catalog, ascending.
+std::vector<std::string> NamesIn(std::string const& folder) {
+    std::vector<std::string> names = EntriesOf(folder);
+    auto const isNone = [&](std::string const& name) {
+        return !IsName(name) || !IsThere(FileIn(folder, name));
+    };
+    names.erase(std::remove_if(names.begin(), names.end(), isNone), names.end());
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -1,8 +1,10 @@
 #include "platform/refused_calls.hpp"
 
 #include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <ifaddrs.h>
+#include <pthread.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -15,7 +17,9 @@
 
 extern "C" {
 
+int __real_stat(char const* path, struct stat* status);
 std::FILE* __real_fopen(char const* path, char const* mode);
+int __real_fseeko(std::FILE* file, off_t offset, int whence);
 DIR* __real_opendir(char const* path);
 dirent* __real_readdir(DIR* folder);
 int __real_fstat(int fd, struct stat* status);
@@ -25,7 +29,9 @@ int __real_statvfs(char const* path, struct statvfs* figures);
 int __real_getifaddrs(ifaddrs** list);
 ssize_t __real_write(int fd, void const* data, std::size_t size);
 
+int __wrap_stat(char const* path, struct stat* status);
 std::FILE* __wrap_fopen(char const* path, char const* mode);
+int __wrap_fseeko(std::FILE* file, off_t offset, int whence);
 DIR* __wrap_opendir(char const* path);
 dirent* __wrap_readdir(DIR* folder);
 int __wrap_fstat(int fd, struct stat* status);
@@ -72,14 +78,25 @@ RefusedCalls::~RefusedCalls() {
     refused = nullptr;
 }
 
+int __wrap_stat(char const* path, struct stat* status) {
+    return Fails("stat") ? -1 : __real_stat(path, status);
+}
+
 std::FILE* __wrap_fopen(char const* path, char const* mode) {
     if (Fails("fopen")) {
         return nullptr;
+    }
+    if (refused != nullptr && refused->errors.count("read") != 0) {
+        return __real_fopen(path, "ae");
     }
     if (refused != nullptr && refused->errors.count("fread") != 0) {
         return fopencookie(nullptr, "r", {ReadByte, nullptr, nullptr, nullptr});
     }
     return __real_fopen(path, mode);
+}
+
+int __wrap_fseeko(std::FILE* file, off_t offset, int whence) {
+    return Fails("fseeko") ? -1 : __real_fseeko(file, offset, whence);
 }
 
 DIR* __wrap_opendir(char const* path) {
@@ -124,4 +141,12 @@ ssize_t __wrap_write(int fd, void const* data, std::size_t size) {
     }
     std::size_t const most = std::min(size, static_cast<std::size_t>(step));
     return most == 0 ? 0 : __real_write(fd, data, most);
+}
+
+// The C++ library's as well.
+extern "C" int pthread_create(pthread_t* thread, pthread_attr_t const* attributes,
+                              void* (*run)(void*), void* argument) noexcept {
+    typedef int Create(pthread_t*, pthread_attr_t const*, void* (*)(void*), void*);
+    static Create* const create = reinterpret_cast<Create*>(dlsym(RTLD_NEXT, "pthread_create"));
+    return Fails("pthread_create") ? errno : create(thread, attributes, run, argument);
 }

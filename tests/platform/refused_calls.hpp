@@ -18,8 +18,10 @@ public:
     RefusedCalls& operator=(RefusedCalls const&) = delete;
     ~RefusedCalls();
 
-    // The errno of each call that fails, by its name: "fopen", "fread", "opendir", "readdir",
-    // "fstat", "ioctl", "F_GETPIPE_SZ", "F_SETPIPE_SZ", "statvfs", "getifaddrs".
+    // The errno of each call that fails, by its name: "stat", "fopen", "fread", "fseeko",
+    // "opendir", "readdir", "fstat", "ioctl", "F_GETPIPE_SZ", "F_SETPIPE_SZ", "statvfs",
+    // "getifaddrs", "pthread_create". With "read" a file is opened that cannot be read, which is
+    // EBADF.
     std::map<std::string, int> errors;
 
     // What an opened file or folder gives before its "fread" or "readdir" fails: bytes or entries.

@@ -3,12 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include "device/open_descriptors.hpp"
 #include "host/answer_stream.hpp"
+#include "host/catalogs.hpp"
 #include "host/contract.hpp"
+#include "host/host.hpp"
 #include "host/sys/process_ids.hpp"
 #include "host/sys/roots.hpp"
 #include "host/sys/space_probe.hpp"
@@ -16,6 +19,7 @@
 #include "host/sys/text_file.hpp"
 #include "platform/capture_pipe.hpp"
 #include "platform/captured_stderr.hpp"
+#include "platform/shipped_catalog.hpp"
 #include "platform/temp_folder.hpp"
 
 using namespace QuilloHost;
@@ -102,6 +106,115 @@ TEST_F(RefusedCallsTest, AFileSystemThatDoesNotTellHasNoFigures) {
                       EOVERFLOW, ESTALE}) {
         calls.errors = {{"statvfs", error}};
         EXPECT_FALSE(AskFileSystem("/").has_value()) << error;
+    }
+}
+
+TEST_F(RefusedCallsTest, WithoutAThreadAFileSystemIsNotAsked) {
+    RefusedCalls calls;
+    SpaceProbe probe(AskFileSystem, std::chrono::hours(1));
+    for (int error : {EAGAIN, EPERM}) {
+        calls.errors = {{"pthread_create", error}};
+        EXPECT_FALSE(probe.SpaceAt("/").has_value()) << error;
+    }
+    calls.errors.clear();
+    EXPECT_TRUE(probe.SpaceAt("/").has_value());
+}
+
+TEST_F(RefusedCallsTest, ALogThatIsNotReadHasNoEntries) {
+    RefusedCalls calls;
+    for (char const* call : {"stat", "fopen", "fstat", "fseeko", "read"}) {
+        for (int error :
+             {EACCES, EBADF, EINTR, EIO, ELOOP, EMFILE, ENFILE, ENOENT, ENOMEM, EOVERFLOW}) {
+            CapturedStderr const log;
+            Log_SpecEntry(logSpecWarn, "here.cpp", 5, "entry");
+            calls.errors = {{call, error}};
+            EXPECT_FALSE(FindInLog("").has_value()) << call << " " << error;
+            calls.errors.clear();
+            EXPECT_NE(log.Text().find("log: standard error is no file that can be read"),
+                      std::string::npos);
+            EXPECT_EQ(FindInLog("").value().records.size(), 3U);
+        }
+    }
+}
+
+class RefusedCatalogsTest : public RefusedCallsTest {
+protected:
+    RefusedCatalogsTest() {
+        ShippedCatalog const german;
+        for (char const* name : {"ar-eg", "de-de", "en-us"}) {
+            folder.Write(name + std::string("/LC_MESSAGES/quillo.mo"), german.bytes);
+        }
+    }
+
+    // The names of the languages, read anew, and what is logged on the way.
+    std::vector<std::string> Names() {
+        CapturedStderr const captured;
+        SetCatalogFolder(folder.path);
+        std::vector<std::string> const names = CatalogNames();
+        log = captured.Text();
+        return names;
+    }
+
+    void ExpectEntry(std::string const& said) const {
+        EXPECT_NE(log.find(said), std::string::npos) << log;
+    }
+
+    TempFolder const folder;
+    RefusedCalls calls;
+    std::string log;
+};
+
+TEST_F(RefusedCatalogsTest, AFolderThatIsNotOpenedIsReportedWithTheReason) {
+    for (int error : {EACCES, EMFILE, ENFILE, ENOMEM, ENOTDIR}) {
+        calls.errors = {{"opendir", error}};
+        EXPECT_EQ(Names(), std::vector<std::string>());
+        ExpectEntry("the folder of the catalogs, \"" + folder.path + "\", cannot be read - " +
+                    std::strerror(error));
+        ExpectEntry("phrases are not translated");
+    }
+    calls.errors.clear();
+    EXPECT_EQ(Names(), (std::vector<std::string>{"ar-eg", "de-de", "en-us"}));
+    EXPECT_EQ(log, "");
+}
+
+TEST_F(RefusedCatalogsTest, AFolderThatBreaksOffIsReportedAndHasTheLanguagesBeforeThat) {
+    for (int error : {EBADF, EIO, EOVERFLOW}) {
+        std::size_t offered = 0;
+        for (int entries : {0, 1, 2, 3, 4, 5}) {
+            calls.errors = {{"readdir", error}};
+            calls.before = entries;
+            std::size_t const names = Names().size();
+            EXPECT_GE(names, offered) << entries;
+            offered = names;
+            ExpectEntry(std::string("cannot be read - ") + std::strerror(error) +
+                        ": languages may be missing");
+        }
+        EXPECT_EQ(offered, 3U);
+    }
+}
+
+TEST_F(RefusedCatalogsTest, AFolderThatIsGoneHasNoLanguage) {
+    for (char const* call : {"opendir", "readdir"}) {
+        calls.errors = {{call, ENOENT}};
+        calls.before = 0;
+        EXPECT_EQ(Names(), std::vector<std::string>());
+        EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 1) << log;
+        ExpectEntry("no catalog in");
+    }
+}
+
+TEST_F(RefusedCatalogsTest, AFileThatIsNotReadIsLeftOut) {
+    for (char const* call : {"stat", "fopen", "fread"}) {
+        for (int error :
+             {EACCES, EINTR, EIO, ELOOP, EMFILE, ENAMETOOLONG, ENFILE, ENOMEM, EOVERFLOW}) {
+            calls.errors = {{call, error}};
+            calls.before = 0;
+            EXPECT_EQ(Names(), std::vector<std::string>()) << call << " " << error;
+            EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 3) << log;
+            ExpectEntry(
+                "de-de/LC_MESSAGES/quillo.mo cannot be read, its language is not offered: "
+                "it is no file that this process may read");
+        }
     }
 }
 
