@@ -39,6 +39,8 @@ void Read(Feed& feed, SystemCalls& calls) {
     unsigned const fault = feed.Below(16);
     calls.pipeError = fault == 1 ? errors[feed.Below(2)] : 0;
     calls.fdopenError = fault == 2 ? errors[feed.Below(2)] : 0;
+    calls.pollError = fault == 8 ? errors[feed.Below(6)] : 0;
+    calls.closeError = fault == 9 ? errors[feed.Below(6)] : 0;
     for (unsigned left = fault >= 3 && fault < 8 ? 1 + feed.Below(4) : 0; left > 0; --left) {
         unsigned const kind = feed.Below(6);
         if (kind == 4) {

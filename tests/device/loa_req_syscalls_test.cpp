@@ -1,4 +1,5 @@
 // The capture channel as the system sees it: each call in its order, and each one refused.
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -51,7 +52,7 @@ TEST_F(LoaReqSyscallsTest, AGivenUpRequestClosesTheReadEndBeforeTheStream) {
 }
 
 TEST_F(LoaReqSyscallsTest, APipeThatIsRefusedLeavesNothingToClose) {
-    for (int error : {EMFILE, ENFILE}) {
+    for (int error : {EFAULT, EINVAL, EMFILE, ENFILE, ENOMEM}) {
         Platform() = RecordingPlatform();
         debugMsgs = Div();
         calls.pipeError = error;
@@ -69,7 +70,7 @@ TEST_F(LoaReqSyscallsTest, APipeThatIsRefusedLeavesNothingToClose) {
 }
 
 TEST_F(LoaReqSyscallsTest, AStreamThatIsRefusedLeavesBothEndsToTheDestructor) {
-    for (int error : {ENOMEM, EMFILE}) {
+    for (int error : {EBADF, EINVAL, EMFILE, ENOMEM}) {
         Platform() = RecordingPlatform();
         debugMsgs = Div();
         calls.fdopenError = error;
@@ -133,6 +134,45 @@ TEST_F(LoaReqSyscallsTest, AShortReadEndsTheAnswerThoughThePipeHoldsMore) {
     EXPECT_EQ(Reports(), std::vector<Report>());
 }
 
+TEST_F(LoaReqSyscallsTest, APipeThatDoesNotTellItsStateIsReadAllTheSame) {
+    for (int error : {EFAULT, EINTR, EINVAL, ENOMEM}) {
+        calls.pollError = error;
+        for (std::size_t size : {0U, 1U, 256U, 600U}) {
+            EXPECT_EQ(Ask(Pattern(size)), Pattern(size)) << error;
+        }
+    }
+    EXPECT_EQ(Reports(), std::vector<Report>());
+}
+
+TEST_F(LoaReqSyscallsTest, AStreamThatFailsToCloseIsGoneWithWhatItHadBuffered) {
+    for (int error : {EAGAIN, EBADF, EDQUOT, EFBIG, EINTR, EIO, ENOSPC, EPIPE}) {
+        Platform() = RecordingPlatform();
+        calls.fcloseError = error;
+        EXPECT_EQ(Ask("text"), "");
+        EXPECT_EQ(Platform().trace,
+                  (Lines{"pipe2", "fdopen write end, w", "loareq_initialize", "loareq_free",
+                         "fclose stream", "read read end, 256: 0", "close read end"}));
+        EXPECT_EQ(app.out, serverOut);
+        EXPECT_EQ(Opened(), std::set<int>());
+    }
+    calls.fcloseError = 0;
+    EXPECT_EQ(Ask("text"), "text");
+    EXPECT_EQ(Reports(), std::vector<Report>());
+}
+
+TEST_F(LoaReqSyscallsTest, ADescriptorThatFailsToCloseIsClosedOnce) {
+    for (int error : {EDQUOT, EINTR, EIO, ENOSPC}) {
+        Platform() = RecordingPlatform();
+        calls.closeError = error;
+        EXPECT_EQ(Ask("text"), "text");
+        Lines const& trace = Platform().trace;
+        EXPECT_EQ(std::count(trace.begin(), trace.end(), "close read end"), 1);
+        EXPECT_EQ(app.out, serverOut);
+        EXPECT_EQ(Opened(), std::set<int>());
+    }
+    EXPECT_EQ(Reports(), std::vector<Report>());
+}
+
 // What one request gives whose reads go as scripted: the text, and the report.
 struct ReadFailure {
     std::deque<ReadStep> reads;
@@ -161,7 +201,7 @@ protected:
 
 TEST_F(LoaReqReadTest, AFailedReadTruncatesTheAnswer) {
     ReadStep const whole = {ReadStep::Real, 256};
-    for (int error : {EINTR, EIO, EBADF}) {
+    for (int error : {EAGAIN, EBADF, EFAULT, EINTR, EINVAL, EIO, EISDIR}) {
         ReadStep const fails = {ReadStep::Fails, error};
         std::string const format = "%s: read() failed - %s (truncating result)";
         std::string const message =

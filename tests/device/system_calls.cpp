@@ -1,6 +1,8 @@
 #include "device/system_calls.hpp"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <stdio_ext.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -11,12 +13,14 @@ extern "C" {
 
 int __real_pipe2(int* ends, int flags);
 std::FILE* __real_fdopen(int fd, char const* mode);
+int __real_poll(pollfd* pipes, nfds_t count, int timeout);
 ssize_t __real_read(int fd, void* buffer, std::size_t size);
 int __real_close(int fd);
 int __real_fclose(std::FILE* stream);
 
 int __wrap_pipe2(int* ends, int flags);
 std::FILE* __wrap_fdopen(int fd, char const* mode);
+int __wrap_poll(pollfd* pipes, nfds_t count, int timeout);
 ssize_t __wrap_read(int fd, void* buffer, std::size_t size);
 int __wrap_close(int fd);
 int __wrap_fclose(std::FILE* stream);
@@ -88,6 +92,14 @@ std::FILE* __wrap_fdopen(int fd, char const* mode) {
     return watched->stream;
 }
 
+int __wrap_poll(pollfd* pipes, nfds_t count, int timeout) {
+    if (watched == nullptr || watched->pollError == 0) {
+        return __real_poll(pipes, count, timeout);
+    }
+    errno = watched->pollError;
+    return -1;
+}
+
 ssize_t __wrap_read(int fd, void* buffer, std::size_t size) {
     if (watched == nullptr) {
         return __real_read(fd, buffer, size);
@@ -106,15 +118,28 @@ ssize_t __wrap_read(int fd, void* buffer, std::size_t size) {
 }
 
 int __wrap_close(int fd) {
-    if (watched != nullptr) {
-        Record("close " + watched->RoleOf(fd));
+    if (watched == nullptr) {
+        return __real_close(fd);
     }
-    return __real_close(fd);
+    Record("close " + watched->RoleOf(fd));
+    int const result = __real_close(fd);
+    if (watched->closeError == 0) {
+        return result;
+    }
+    errno = watched->closeError;
+    return -1;
 }
 
 int __wrap_fclose(std::FILE* stream) {
-    if (watched != nullptr) {
-        Record(stream == watched->stream ? "fclose stream" : "fclose of another stream");
+    if (watched == nullptr) {
+        return __real_fclose(stream);
     }
-    return __real_fclose(stream);
+    Record(stream == watched->stream ? "fclose stream" : "fclose of another stream");
+    if (watched->fcloseError == 0) {
+        return __real_fclose(stream);
+    }
+    __fpurge(stream);
+    __real_fclose(stream);
+    errno = watched->fcloseError;
+    return EOF;
 }

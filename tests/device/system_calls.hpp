@@ -35,6 +35,9 @@ public:
 
     int pipeError = 0;           // errno of a refusal; 0: none
     int fdopenError = 0;         // likewise
+    int pollError = 0;           // likewise
+    int closeError = 0;          // what close() says, though the descriptor is gone
+    int fcloseError = 0;         // what fclose() says, and what the stream had buffered is lost
     std::deque<ReadStep> reads;  // the first reads; those after them are real
 
     int readEnd = -1;
