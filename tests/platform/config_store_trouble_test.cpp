@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -24,6 +25,9 @@ namespace {
 
 std::function<void()> whileWaiting;
 
+// A lock that cannot be had is tried for again and again, for seconds.
+bool waits = true;
+
 }  // namespace
 
 // SQLite's way to wait.
@@ -32,7 +36,7 @@ extern "C" int usleep(useconds_t duration) {
         std::exchange(whileWaiting, nullptr)();
         return 0;
     }
-    return reinterpret_cast<decltype(usleep)*>(dlsym(RTLD_NEXT, "usleep"))(duration);
+    return waits ? reinterpret_cast<decltype(usleep)*>(dlsym(RTLD_NEXT, "usleep"))(duration) : 0;
 }
 
 namespace {
@@ -75,6 +79,31 @@ protected:
         }
         EXPECT_EQ(ConfigUpdate("x=6"), 0);
         EXPECT_EQ(Values(), "6 6");
+        return !failed.empty();
+    }
+
+    // A reading and ConfigUpdate, with the calls that look at files in trouble. Returns whether
+    // there were so many calls.
+    static bool CheckReading(DiskCalls::Trouble trouble, int allowed, int error, bool isUpdate) {
+        TempFolder const place;
+        Begin(place.path + "/state", false);
+        int value = 4711;
+        long status = -1;
+        std::string const log = Log([&] {
+            DiskCalls const calls(allowed, trouble, error);
+            waits = false;
+            status = isUpdate ? ConfigUpdate("x=5") : Cfg_GetBoolAttrValue("x", &value);
+            waits = true;
+        });
+        std::string const failed = DiskCalls::FirstFailed();
+        SCOPED_TRACE(failed + ", call " + std::to_string(allowed) + ", " + std::strerror(error) +
+                     ": " + log);
+        bool const isDone = status == ConfigStatus_Done;
+        EXPECT_TRUE(isDone || status == ConfigStatus_StoreFailed) << status;
+        EXPECT_EQ(isDone, log.empty());
+        EXPECT_TRUE(isDone || IsEntryAbout(log, place.path + "/state"));
+        EXPECT_EQ(value, isDone && !isUpdate ? 4 : 4711);
+        EXPECT_EQ(Values(), isDone && isUpdate ? "5 5" : "4 3");
         return !failed.empty();
     }
 
@@ -136,6 +165,25 @@ TEST_F(TroubledStore, AFailingCallOfTheDiskIsSurvivedOrAFailureThatChangesNothin
                 }
                 EXPECT_GT(allowed, 10) << "a commit takes more calls than that";
             }
+        }
+    }
+}
+
+TEST_F(TroubledStore, AFileThatCannotBeLookedAtIsSurvivedOrAFailureThatChangesNothing) {
+    auto const check = [](DiskCalls::Trouble trouble, int error, bool isUpdate) {
+        int allowed = 0;
+        while (CheckReading(trouble, allowed, error, isUpdate)) {
+            ++allowed;
+        }
+        EXPECT_GT(allowed, 10) << "a reading takes more calls than that";
+    };
+    for (bool const isUpdate : {false, true}) {
+        for (int const error : {EACCES, EBADF, EFAULT, EINVAL, EIO, ELOOP, EMFILE, ENAMETOOLONG,
+                                ENFILE, ENOLCK, ENOMEM, EOVERFLOW, EPERM}) {
+            check(DiskCalls::Trouble::ReadFailure, error, isUpdate);
+        }
+        for (int const error : {EACCES, EIO, ENOLCK}) {
+            check(DiskCalls::Trouble::ReadFailureFromThenOn, error, isUpdate);
         }
     }
 }

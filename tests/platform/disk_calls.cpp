@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -72,8 +73,16 @@ int Sync(int file) {
     return 0;
 }
 
+bool IsOfReading() {
+    return state.trouble == Trouble::ReadFailure || state.trouble == Trouble::ReadFailureFromThenOn;
+}
+
 bool IsTrouble() {
-    return state.isOn && state.allowed-- <= 0;
+    return state.isOn && !IsOfReading() && state.allowed-- <= 0;
+}
+
+bool IsReadTrouble() {
+    return state.isOn && IsOfReading() && state.allowed-- <= 0;
 }
 
 [[noreturn]] void Die() {
@@ -94,7 +103,8 @@ int Fail(char const* call) {
     if (state.firstFailed.empty()) {
         state.firstFailed = call;
     }
-    state.isOn = state.trouble == Trouble::FailureFromThenOn;
+    state.isOn = state.trouble == Trouble::FailureFromThenOn ||
+                 state.trouble == Trouble::ReadFailureFromThenOn;
     errno = state.error;
     return -1;
 }
@@ -118,8 +128,18 @@ ssize_t WriteAt(char const* name, int file, void const* bytes, std::size_t size,
 
 template <class Call>
 int Open(char const* name, char const* path, int flags, mode_t mode) {
-    bool const isTrouble = (flags & O_CREAT) != 0 && IsTrouble();
+    bool const isTrouble = (flags & O_CREAT) != 0 ? IsTrouble() : IsReadTrouble();
     return isTrouble ? Fail(name) : Real<Call>(name, path, flags, mode);
+}
+
+template <class Call, class... Args>
+int Look(char const* name, Args... args) {
+    return IsReadTrouble() ? Fail(name) : Real<Call>(name, args...);
+}
+
+int Control(char const* name, int file, int command, void* argument) {
+    bool const isTrouble = (command == F_SETLK || command == F_GETLK) && IsReadTrouble();
+    return isTrouble ? Fail(name) : Real<int(int, int, ...)>(name, file, command, argument);
 }
 
 }  // namespace
@@ -216,5 +236,59 @@ int rename(char const* from, char const* to) noexcept {
 
 int unlink(char const* path) noexcept {
     return IsTrouble() ? Fail("unlink") : Real<int(char const*)>("unlink", path);
+}
+
+ssize_t read(int file, void* bytes, std::size_t size) {
+    return IsReadTrouble() ? Fail("read") : Real<decltype(read)>("read", file, bytes, size);
+}
+
+ssize_t pread64(int file, void* bytes, std::size_t size, off64_t offset) {
+    return IsReadTrouble() ? Fail("pread64")
+                           : Real<decltype(pread64)>("pread64", file, bytes, size, offset);
+}
+
+int stat(char const* path, struct stat* status) noexcept {
+    return Look<int(char const*, struct stat*)>("stat", path, status);
+}
+
+int stat64(char const* path, struct stat64* status) noexcept {
+    return Look<int(char const*, struct stat64*)>("stat64", path, status);
+}
+
+int lstat(char const* path, struct stat* status) noexcept {
+    return Look<int(char const*, struct stat*)>("lstat", path, status);
+}
+
+int lstat64(char const* path, struct stat64* status) noexcept {
+    return Look<int(char const*, struct stat64*)>("lstat64", path, status);
+}
+
+int fstat64(int file, struct stat64* status) noexcept {
+    return Look<int(int, struct stat64*)>("fstat64", file, status);
+}
+
+int fcntl(int file, int command, ...) {
+    std::va_list args;
+    va_start(args, command);
+    void* const argument = va_arg(args, void*);
+    va_end(args);
+    return Control("fcntl", file, command, argument);
+}
+
+int fcntl64(int file, int command, ...) {
+    std::va_list args;
+    va_start(args, command);
+    void* const argument = va_arg(args, void*);
+    va_end(args);
+    return Control("fcntl64", file, command, argument);
+}
+
+void* mmap64(void* place, std::size_t size, int protection, int flags, int file,
+             off64_t offset) noexcept {
+    bool const isTrouble = file >= 0 && IsReadTrouble();
+    using Call = void*(void*, std::size_t, int, int, int, off64_t);
+    return isTrouble && Fail("mmap64") != 0
+               ? MAP_FAILED
+               : Real<Call>("mmap64", place, size, protection, flags, file, offset);
 }
 }

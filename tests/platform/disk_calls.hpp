@@ -5,6 +5,9 @@
 // They are mkdir, open where it may make a file, write, pwrite, ftruncate, fsync, fdatasync, rename
 // and unlink; each is counted while an object of this kind lives. Nothing is synced: a killed
 // process loses nothing that it wrote, and the tests are faster by far.
+//
+// The calls that only look at files may fail as well, which are counted by themselves: open, read,
+// pread, stat, lstat, fstat, mmap, and fcntl where it asks for a lock.
 #ifndef QUILLO_TESTS_PLATFORM_DISK_CALLS_HPP
 #define QUILLO_TESTS_PLATFORM_DISK_CALLS_HPP
 
@@ -12,7 +15,15 @@
 
 class DiskCalls {
 public:
-    enum class Trouble { Failure, FailureFromThenOn, Cut, CutInTheMiddle, CutThatLoses };
+    enum class Trouble {
+        Failure,
+        FailureFromThenOn,
+        ReadFailure,
+        ReadFailureFromThenOn,
+        Cut,
+        CutInTheMiddle,
+        CutThatLoses
+    };
 
     // Lets `allowed` calls pass. The next one fails with `error`, alone or with all that follow.
     DiskCalls(int allowed, Trouble trouble, int error);
