@@ -1,6 +1,8 @@
 // A target without a fuzzer: tries its inputs one after the other.
 //
-//     fuzz-uri                 the words, some of the test data, and 2,000 inputs made of them
+//     fuzz-uri                 the words, some of the test data, 2,000 inputs made of them, and
+//     what
+//                              the fuzzer found worth keeping so far
 //     fuzz-uri FILE|FOLDER...  the inputs in files
 #include <fcntl.h>
 #include <unistd.h>
@@ -98,6 +100,9 @@ void TryAll() {
     InputMaker maker(words, texts);
     for (int i = 0; i < made; ++i) {
         Try(maker.Next());
+    }
+    if (fs::is_directory(QUILLO_FUZZ_CORPUS)) {
+        TryPath(QUILLO_FUZZ_CORPUS);
     }
 }
 
