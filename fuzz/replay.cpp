@@ -1,8 +1,7 @@
 // A target without a fuzzer: tries its inputs one after the other.
 //
 //     fuzz-uri                 the words, some of the test data, 2,000 inputs made of them, and
-//     what
-//                              the fuzzer found worth keeping so far
+//                              what the fuzzer found worth keeping so far
 //     fuzz-uri FILE|FOLDER...  the inputs in files
 #include <fcntl.h>
 #include <unistd.h>
