@@ -89,6 +89,14 @@ TEST_F(DiagnosticsTest, TheLogComesFirstForAReportAndLastForATrace) {
     EXPECT_EQ(childrenAtLog, (std::vector<std::size_t>{0, 4}));
 }
 
+TEST_F(DiagnosticsTest, WithoutAnElementForLinesTheLogIsToldAllTheSame) {
+    debugMsgs.impl.reset();
+    ReportDiagnostic(logSpecError, "m");
+    TraceDiagnostic("t");
+    std::string const line = "At " + file + ":" + std::to_string(__LINE__ - 1) + ": t";
+    EXPECT_EQ(Platform().Messages(), (Texts{"error: m", "info: " + line}));
+}
+
 TEST_F(DiagnosticsTest, ATraceIsALineWithoutLevelWordWhichTheLogGetsWhole) {
     TraceDiagnostic("{", std::string("name"), "} = {", 12, "}");
     std::string const line = "At " + file + ":" + std::to_string(__LINE__ - 1) + ": {name} = {12}";
