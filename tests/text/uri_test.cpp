@@ -213,4 +213,9 @@ TEST_F(UriTest, ArgumentsAreAppendedBehindTheRightSeparator) {
     EXPECT_EQ(Platform().Trace(), "");
 }
 
+TEST_F(UriTest, WhatIsAppendedMayHoldANul) {
+    std::string const nul(1, '\0');
+    EXPECT_EQ(AppendUriArgs("/a" + nul + "b", "c" + nul + "d"), "/a" + nul + "b?c" + nul + "d");
+}
+
 }  // namespace
