@@ -54,6 +54,23 @@ test("settings are stored", async () => {
   await page.context().close();
 });
 
+test("a link shows the values anew", async () => {
+  const page = await Open("/status");
+  const settings = await page.context().newPage();
+  const storage = page.locator("#live h3", { hasText: "Storage" });
+  for (const isShown of [false, true]) {
+    await settings.goto("/settings");
+    await settings.locator("input[name=show_storage]").setChecked(isShown);
+    await settings.getByRole("button").click();
+    await settings.waitForURL("**/settings?stored=yes");
+    assert.equal(await storage.count(), isShown ? 0 : 1);
+    await Promise.all([
+      page.waitForEvent("load"), page.getByRole("link", { name: "Refresh" }).click()]);
+    assert.equal(await storage.count(), isShown ? 1 : 0);
+  }
+  await page.context().close();
+});
+
 test("every page, view and language is a link away", async () => {
   const page = await Open("/status");
   for (const path of (await site.Paths()).slice(1)) {
