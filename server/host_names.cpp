@@ -1,6 +1,7 @@
 #include "host_names.hpp"
 
 #include <algorithm>
+#include <string_view>
 
 namespace QuilloServer {
 namespace {
@@ -18,6 +19,12 @@ std::string Lowered(std::string text) {
 bool IsPort(std::string const& text) {
     return text.empty() ||
            (text[0] == ':' && text.find_first_not_of("0123456789", 1) == std::string::npos);
+}
+
+// A byte of a name or an address, the brackets around one included.
+bool IsNameByte(char byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') ||
+           std::string_view("-._:[]").find(byte) != std::string_view::npos;
 }
 
 bool EndsWithDot(std::string const& name) {
@@ -40,7 +47,8 @@ std::string HostName(std::string const& authority) {
 
 std::string GivenHostName(std::string const& text) {
     bool const isBareIpv6 = text[0] != '[' && text.find(':') != text.rfind(':');
-    return HostName(isBareIpv6 ? "[" + text + "]" : text);
+    std::string const name = HostName(isBareIpv6 ? "[" + text + "]" : text);
+    return std::all_of(name.begin(), name.end(), IsNameByte) ? name : "";
 }
 
 bool IsKnownHost(std::string const& host, std::vector<std::string> const& names) {

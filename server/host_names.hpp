@@ -13,7 +13,7 @@ namespace QuilloServer {
 std::string HostName(std::string const& authority);
 
 // The name that a person gives for a host, in the same form: brackets around an IPv6 address may be
-// left out.
+// left out. Empty when it is none that a browser could send.
 std::string GivenHostName(std::string const& text);
 
 // Whether `host`, the field of that name, is one of `names` or a loopback one, with any port.

@@ -67,13 +67,22 @@ TEST(Program, WrongCommandLineIsAnsweredWithTheUsage) {
              Row{{"--listen", "localhost:65536"}, "--listen: 'localhost:65536' is not"},
              Row{{"--listen", "localhost:"}, "--listen: 'localhost:' is not"},
              Row{{"--host", ":80"}, "--host: ':80' is no name of a host"},
-             Row{{"--workers", "0"}, "--workers: Value 0 not in range 1 to 64"},
-             Row{{"--workers", "65"}, "--workers: Value 65 not in range 1 to 64"},
-             Row{{"--workers", "x"}, "--workers: Value x not in range 1 to 64"},
-             Row{{"--max-requests", "-1"}, "--max-requests: Value -1 not in range 0 to 1000000000"},
-             Row{{"--deadline", "0"}, "--deadline: Value 0 not in range 0.1"},
-             Row{{"--patience", "0"}, "--patience: Value 0 not in range 0.1"},
-             Row{{"--slow-page", "-1"}, "--slow-page: Value -1 not in range"},
+             Row{{"--host", "a/b"}, "--host: 'a/b' is no name of a host"},
+             Row{{"--host", "m\u00fcller"}, "--host: 'm\u00fcller' is no name of a host"},
+             Row{{"--workers", "0"}, "--workers: '0' is not a whole number from 1 to 64\n"},
+             Row{{"--workers", "65"}, "--workers: '65' is not a whole number from 1 to 64\n"},
+             Row{{"--workers", "1.5"}, "--workers: '1.5' is not a whole number from 1 to 64\n"},
+             Row{{"--workers", ""}, "--workers: '' is not a whole number from 1 to 64\n"},
+             Row{{"--max-requests", "-1"},
+                 "--max-requests: '-1' is not a whole number from 0 to 1000000000\n"},
+             Row{{"--max-requests", "99999999999"}, "--max-requests: '99999999999' is not"},
+             Row{{"--deadline", "0"}, "--deadline: '0' is not a number from 0.1 to 3600\n"},
+             Row{{"--deadline", "nan"}, "--deadline: 'nan' is not a number from 0.1 to 3600\n"},
+             Row{{"--deadline", "inf"}, "--deadline: 'inf' is not a number"},
+             Row{{"--deadline", "5s"}, "--deadline: '5s' is not a number"},
+             Row{{"--patience", "0"}, "--patience: '0' is not a number from 0.1 to 3600\n"},
+             Row{{"--slow-page", "-1"},
+                 "--slow-page: '-1' is not a whole number from 0 to 3600000"},
              Row{{"--log-level", "loud"}, "--log-level: loud not in {error,warning,info}"},
          }) {
         Outcome const outcome = RunToEnd(row.arguments);
@@ -81,7 +90,9 @@ TEST(Program, WrongCommandLineIsAnsweredWithTheUsage) {
         EXPECT_EQ(outcome.output, "") << row.message;
         EXPECT_TRUE(Holds(outcome.errors, std::string("quillo-serve: ") + row.message))
             << outcome.errors;
-        EXPECT_TRUE(Holds(outcome.errors, "Usage: quillo-serve [OPTIONS]")) << row.message;
+        EXPECT_TRUE(
+            Holds(outcome.errors, "Usage: quillo-serve [OPTIONS]\nquillo-serve --help lists"))
+            << row.message;
     }
 }
 
@@ -96,6 +107,10 @@ TEST(Program, HelpNamesEveryOptionItsVariableAndItsDefault) {
           "(Env:QUILLO_STATE_DIR)", "=warning (Env:QUILLO_LOG_LEVEL)",
           "--log-file TEXT (Env:QUILLO_LOG_FILE)", "--check", "--version", "Exit codes: 0 "}) {
         EXPECT_TRUE(Holds(outcome.output, part)) << part;
+    }
+    std::istringstream lines(outcome.output);
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_LE(line.size(), 80U) << line;
     }
 }
 
