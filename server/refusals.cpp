@@ -39,12 +39,18 @@ Words const& WordsFor(int status) {
     return WordsFor(500);
 }
 
+// The pages' own style sheet is theirs.
+char const style[] =
+    "body { max-width: 36rem; margin: 10vh auto; padding: 0 1rem; font: 16px/1.5 system-ui, "
+    "sans-serif; }\nh1 { font-size: 1.6rem; line-height: 1.25; }\n";
+
 std::string PageText(Words const& said) {
     std::string const title = said.title;
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
            "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-           title + "</title>\n</head>\n<body>\n<main>\n<h1>" + title + "</h1>\n<p>" + said.text +
+           title + "</title>\n<style>\n" + style + "</style>\n</head>\n<body>\n<main>\n<h1>" +
+           title + "</h1>\n<p>" + said.text +
            "</p>\n<p><a href=\"/\">First page</a></p>\n</main>\n</body>\n</html>\n";
 }
 
@@ -61,14 +67,14 @@ Answer Worded(int status) {
 
 Answer Refusal(int status) {
     Answer answer = Worded(status);
-    AddCommonHeaders(answer, SecurityPolicy(""));
+    AddCommonHeaders(answer, SecurityPolicy(answer.text));
     return answer;
 }
 
 Answer MethodRefusal(std::string const& allowed) {
     Answer answer = Worded(405);
     answer.headers.emplace_back("Allow", allowed);
-    AddCommonHeaders(answer, SecurityPolicy(""));
+    AddCommonHeaders(answer, SecurityPolicy(answer.text));
     return answer;
 }
 

@@ -29,6 +29,7 @@ void ExpectRefusals(int port, std::vector<Row> const& rows) {
         EXPECT_EQ(reply.Header("Cache-Control"), "no-store") << row.what;
         EXPECT_EQ(reply.Header("Connection"), "close") << row.what;
         EXPECT_EQ(reply.Header("X-Content-Type-Options"), "nosniff") << row.what;
+        EXPECT_EQ(reply.Header("Cross-Origin-Resource-Policy"), "same-origin") << row.what;
         EXPECT_NE(reply.Header("Content-Security-Policy").find("frame-ancestors 'none'"),
                   std::string::npos)
             << row.what;
@@ -97,11 +98,18 @@ TEST(Refusals, OfWhatDoesNotArriveInTime) {
 
 TEST(Refusals, ArePages) {
     Server server;
-    EXPECT_EQ(Get(server.Port(), "/nothing").body,
+    Reply const reply = Get(server.Port(), "/nothing");
+    // Its own style sheet is one that its policy allows.
+    EXPECT_NE(reply.Header("Content-Security-Policy").find("; style-src 'self' 'sha256-"),
+              std::string::npos);
+    EXPECT_EQ(reply.body,
               "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
               "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
               "<meta name=\"color-scheme\" content=\"light dark\">\n"
-              "<title>No such page</title>\n</head>\n<body>\n<main>\n<h1>No such page</h1>\n"
+              "<title>No such page</title>\n<style>\n"
+              "body { max-width: 36rem; margin: 10vh auto; padding: 0 1rem; font: 16px/1.5 "
+              "system-ui, sans-serif; }\nh1 { font-size: 1.6rem; line-height: 1.25; }\n"
+              "</style>\n</head>\n<body>\n<main>\n<h1>No such page</h1>\n"
               "<p>There is nothing under this address.</p>\n"
               "<p><a href=\"/\">First page</a></p>\n</main>\n</body>\n</html>\n");
 }

@@ -43,6 +43,7 @@ TEST(Serving, PageIsSentWithItsLength) {
                   "\r\n"
                   "X-Content-Type-Options: nosniff\r\n"
                   "Referrer-Policy: same-origin\r\n"
+                  "Cross-Origin-Resource-Policy: same-origin\r\n"
                   "Content-Length: 5\r\n"
                   "\r\n"
                   "xxxxx");
@@ -83,6 +84,7 @@ TEST(Serving, HealthIsPlainText) {
                   "\r\n"
                   "X-Content-Type-Options: nosniff\r\n"
                   "Referrer-Policy: same-origin\r\n"
+                  "Cross-Origin-Resource-Policy: same-origin\r\n"
                   "Content-Length: 3\r\n"
                   "\r\n"
                   "ok\n");
@@ -229,6 +231,7 @@ TEST(Serving, FileIsSentWithItsTag) {
                   "\r\n"
                   "X-Content-Type-Options: nosniff\r\n"
                   "Referrer-Policy: same-origin\r\n"
+                  "Cross-Origin-Resource-Policy: same-origin\r\n"
                   "Content-Length: 16\r\n"
                   "\r\n"
                   "p { margin: 0 }\n");
