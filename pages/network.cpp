@@ -30,7 +30,7 @@ std::vector<View> Views() {
         {"hardware",
          "Hardware",
          {{"name", "Name", nullptr},
-          {"state", "State", nullptr},
+          {"state", "State", InterfaceState, true},
           {"mac", "MAC address", nullptr},
           {"mtu", "MTU", nullptr}}}};
 }

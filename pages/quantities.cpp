@@ -49,6 +49,13 @@ std::string Duration(std::string const& seconds) {
     return days == 0 ? time : std::to_string(days) + " d " + time;
 }
 
+std::string InterfaceState(std::string const& state) {
+    if (state == "up") {
+        return "Up";
+    }
+    return state == "down" || state == "lowerlayerdown" ? "Down" : "Not known";
+}
+
 std::optional<int> PercentUsed(std::string const& used, std::string const& available) {
     std::uint64_t usedBytes = 0;
     std::uint64_t availableBytes = 0;

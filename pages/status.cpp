@@ -40,7 +40,7 @@ Element MakeMemory(Request& request) {
 Element MakeInterfaces(Request& request) {
     return RecordTable(request, "Network interfaces", "interfaces",
                        {{"name", "Name", nullptr},
-                        {"state", "State", nullptr},
+                        {"state", "State", InterfaceState, true},
                         {"mac", "MAC address", nullptr},
                         {"ipv4", "IPv4", nullptr},
                         {"ipv6", "IPv6", nullptr},

@@ -26,6 +26,14 @@ TEST(Quantities, DurationsAreDaysHoursAndWholeMinutes) {
     }
 }
 
+TEST(Quantities, AnInterfaceIsUpOrDownOrInAStateThatIsNotKnown) {
+    for (Row const& row :
+         {Row{"up", "Up"}, Row{"down", "Down"}, Row{"lowerlayerdown", "Down"},
+          Row{"unknown", "Not known"}, Row{"UP", "Not known"}, Row{"", "Not known"}}) {
+        EXPECT_EQ(Pages::InterfaceState(row.value), row.shown) << row.value;
+    }
+}
+
 TEST(Quantities, WhatIsUsedIsAPartOfWhatIsUsedOrToBeHadRoundedUp) {
     struct Use {
         std::string used;
