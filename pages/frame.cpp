@@ -5,6 +5,7 @@
 #include <quillo_kit/safe.hpp>
 
 #include "static_files.hpp"
+#include "theme.hpp"
 
 using namespace Quillo;
 using namespace QuilloKit;
@@ -71,6 +72,10 @@ void WriteFramed(QuilloServer::Request& request, std::ostream& out, std::string 
     Html html;
     html.SetAttr("lang", SafeAttr(Cstr(g_language)));
     html.SetAttr("dir", IsRightToLeft() ? "rtl" : "ltr");
+    std::string const theme = ChosenTheme(request);
+    if (!theme.empty()) {
+        html.SetAttr("data-theme", SafeAttr(theme));
+    }
     html << MakeHead(request.standsAlone, Translated(request, shown.title));
     html << MakeBody(request, shown, content);
     MakeAccessible(html, Translated(request, "Pages"));

@@ -1,9 +1,11 @@
-// The settings page: switches of the configuration store. What is sent is looked at as a whole
-// before any of it is stored; the first field that is wrong gets the focus.
+// The settings page: switches of the configuration store, and the theme of the reader's browser.
+// What is sent is looked at as a whole before any of it is stored; the first field that is wrong
+// gets the focus.
 #include <quillo_kit/elements.hpp>
 #include <quillo_kit/safe.hpp>
 
 #include "frame.hpp"
+#include "theme.hpp"
 
 using namespace Quillo;
 using namespace QuilloKit;
@@ -14,6 +16,7 @@ namespace {
 
 char const pageName[] = "settings";
 char const lastingField[] = "lasting";
+char const themeField[] = "theme";
 char const checkedValue[] = "on";
 
 using QuilloServer::Setting;
@@ -40,6 +43,13 @@ struct Field {
     char const* fault;  // a phrase; null when there is nothing wrong with it
 };
 
+// What the form shows.
+struct Choices {
+    std::vector<Field> fields;
+    std::string theme;  // its name
+    bool hasThemeFault;
+};
+
 std::vector<Field> StoredFields() {
     std::vector<Field> fields;
     for (Switch const& one : switches) {
@@ -64,9 +74,14 @@ bool IsChecked(UriArgs const& form, std::string const& name, char const*& fault)
 }
 
 // Takes what was sent over what is stored. True when nothing was wrong with it.
-bool TakeSent(UriArgs const& form, std::vector<Field>& fields) {
-    bool isGood = true;
-    for (Field& field : fields) {
+bool TakeSent(UriArgs const& form, Choices& choices) {
+    auto const theme = form.find(themeField);
+    if (theme != form.end()) {
+        choices.hasThemeFault = !IsTheme(theme->second);
+        choices.theme = theme->second;
+    }
+    bool isGood = !choices.hasThemeFault;
+    for (Field& field : choices.fields) {
         if (field.isKnown) {
             field.isChecked = IsChecked(form, field.name, field.fault);
             isGood = isGood && field.fault == nullptr;
@@ -106,6 +121,12 @@ Element MakeLabelled(Request& request, Element const& box, char const* label) {
     return Label() << box << (Span() << Phrase(request, label));
 }
 
+Element MakeFault(Request& request, char const* className, std::string const& name,
+                  char const* fault) {
+    return TextTag("span").SetAttr("class", className).SetAttr("id", name + "_fault")
+           << Phrase(request, fault);
+}
+
 Element MakeField(Request& request, Field const& field, bool hasFocus) {
     std::string const& name = field.name;
     Div line;
@@ -121,18 +142,14 @@ Element MakeField(Request& request, Field const& field, bool hasFocus) {
     if (field.fault != nullptr) {
         box.SetAttr("aria-invalid", field.isKnown ? "true" : "false");
         box.SetAttr("aria-describedby", name + "_fault");
-        line << (TextTag("span")
-                     .SetAttr("class", field.isKnown ? "error" : "beside")
-                     .SetAttr("id", name + "_fault")
-                 << Phrase(request, field.fault));
+        line << MakeFault(request, field.isKnown ? "error" : "beside", name, field.fault);
     }
     return line;
 }
 
-Element MakeFields(Request& request, std::vector<Field> const& fields) {
+Element MakeFields(Request& request, std::vector<Field> const& fields, bool& isFocusTaken) {
     Fieldset group;
     group << (Legend() << Phrase(request, "Status page"));
-    bool isFocusTaken = false;
     for (Field const& field : fields) {
         bool const hasFocus = field.isKnown && field.fault != nullptr && !isFocusTaken;
         isFocusTaken = isFocusTaken || hasFocus;
@@ -141,14 +158,47 @@ Element MakeFields(Request& request, std::vector<Field> const& fields) {
     return group;
 }
 
-Element MakeForm(Request& request, std::vector<Field> const& fields) {
+Element MakeThemes(Request& request, std::string const& chosen) {
+    Select choice;
+    choice.SetAttr("name", themeField).SetAttr("id", themeField);
+    for (Theme const& theme : themes) {
+        Element const option = Option().SetAttr("value", theme.name)
+                               << Phrase(request, theme.label);
+        if (chosen == theme.name) {
+            option.impl->emptyAttrs.insert("selected");
+        }
+        choice << option;
+    }
+    return choice;
+}
+
+Element MakeBrowserFields(Request& request, Choices const& choices, bool isFocusTaken) {
+    Element themeChoice = MakeThemes(request, choices.theme);
+    Div line;
+    line.SetAttr("class", "field");
+    line << (Label() << (Span() << Phrase(request, "Colours")) << themeChoice);
+    if (choices.hasThemeFault) {
+        themeChoice.SetAttr("aria-invalid", "true");
+        themeChoice.SetAttr("aria-describedby", std::string(themeField) + "_fault");
+        line << MakeFault(request, "error", themeField, "There are no such colours.");
+        if (!isFocusTaken) {
+            themeChoice.SetFocus();
+        }
+    }
+    return Fieldset() << (Legend() << Phrase(request, "In this browser")) << line;
+}
+
+Element MakeForm(Request& request, Choices const& choices) {
     Form form;
     form.SetAttr("name", SafeName(pageName)).SetAttr("method", "post");
     form.SetAttr("action", SafeUrl(std::string("/") + pageName)).SetAttr("class", "card");
-    form << QuilloServer::TokenField(request) << MakeFields(request, fields);
-    form << (Div().SetAttr("class", "field")
-             << MakeLabelled(request, MakeBox(lastingField, request.form.count(lastingField) != 0),
-                             "Keep these settings when the device starts anew"));
+    bool isFocusTaken = false;
+    Element const fields = MakeFields(request, choices.fields, isFocusTaken);
+    fields << (Div().SetAttr("class", "field lasting") << MakeLabelled(
+                   request, MakeBox(lastingField, request.form.count(lastingField) != 0),
+                   "Keep these settings when the device starts anew"));
+    form << QuilloServer::TokenField(request) << fields
+         << MakeBrowserFields(request, choices, isFocusTaken);
     form << (Button().SetAttr("type", "submit") << Phrase(request, "Store"));
     return form;
 }
@@ -158,11 +208,12 @@ Element MakeNote(Request& request, char const* className, char const* phrase) {
 }
 
 void WriteSettings(Request& request, std::ostream& out) {
-    std::vector<Field> fields = StoredFields();
+    Choices choices = {StoredFields(), ChosenTheme(request), false};
     Group content;
     if (request.method == "POST") {
         bool const isLasting = request.form.count(lastingField) != 0;
-        if (TakeSent(request.form, fields) && Store(fields, isLasting)) {
+        if (TakeSent(request.form, choices) && Store(choices.fields, isLasting)) {
+            ChooseTheme(request, choices.theme);
             request.redirect = AppendUriArgs(std::string("/") + pageName, "stored=yes");
             return;
         }
@@ -171,7 +222,7 @@ void WriteSettings(Request& request, std::ostream& out) {
     } else if (request.arguments.count("stored") != 0) {
         content << MakeNote(request, "done", "The settings were stored.");
     }
-    content << MakeForm(request, fields);
+    content << MakeForm(request, choices);
     WriteFramed(request, out, pageName, content);
 }
 

@@ -38,7 +38,8 @@ function AsField(text) {
 // settings.
 async function Ask(path, text, session) {
   const field = AsField(text);
-  const cookies = `LANGUAGE=${encodeURIComponent(text)}${session ? `; ${session.cookie}` : ""}`;
+  const part = encodeURIComponent(text);
+  const cookies = `LANGUAGE=${part}; THEME=${part}${session ? `; ${session.cookie}` : ""}`;
   const headers = { "Accept-Language": field, "User-Agent": field, Cookie: cookies };
   const form = session && new URLSearchParams({
     [session.name]: session.token, lasting: text, show_memory: text, show_interfaces: text,

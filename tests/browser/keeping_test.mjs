@@ -1,5 +1,5 @@
 // What a reader has chosen stays: the settings over a restart of the server, the language over pages
-// and over a restart of the browser.
+// and over a restart of the browser, the colours over pages.
 import assert from "node:assert/strict";
 import { mkdtemp, rm } from "node:fs/promises";
 import { tmpdir } from "node:os";
@@ -8,7 +8,7 @@ import { after, test } from "node:test";
 
 import { chromium } from "playwright-core";
 
-import { languages, Launch, launchOptions, View } from "./support/browser.mjs";
+import { languages, Launch, launchOptions, themes, View } from "./support/browser.mjs";
 import { Site } from "./support/site.mjs";
 
 const site = await Site.Started();
@@ -103,3 +103,31 @@ test("the language stays over pages and over a restart of the browser", async (t
     assert.equal(await LanguageOf(page, "/status"), code);
   }
 });
+
+// Whether the page's ground is dark.
+async function Ground(page) {
+  const colour = await page.evaluate(() => getComputedStyle(document.body).backgroundColor);
+  return Math.max(...colour.match(/\d+/g).map(Number)) < 60 ? "dark" : "light";
+}
+
+for (const theme of themes) {
+  test(`the colours are those that were chosen, else the system's: ${theme}`, async () => {
+    const context = await browser.newContext(View(site, { theme }));
+    const page = await context.newPage();
+    for (const [chosen, ground] of [["light", "light"], ["dark", "dark"], ["", theme]]) {
+      await page.goto("/settings");
+      await page.locator("select[name=theme]").selectOption(chosen);
+      await page.getByRole("button").click();
+      await page.waitForURL("**/settings?stored=yes");
+      assert.equal(await page.locator("select[name=theme]").inputValue(), chosen);
+      for (const path of await site.Paths()) {
+        await page.goto(path);
+        assert.equal(await Ground(page), ground, `${path}, chosen: '${chosen}'`);
+      }
+      await page.emulateMedia({ media: "print" });
+      assert.equal(await Ground(page), "light", `on paper, chosen: '${chosen}'`);
+      await page.emulateMedia({ media: "screen" });
+    }
+    await context.close();
+  });
+}

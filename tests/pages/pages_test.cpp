@@ -108,6 +108,23 @@ TEST_F(SamplePageTest, ArabicIsWrittenFromRightToLeft) {
     EXPECT_NE(Written("status").find("<html dir=\"rtl\" lang=\"ar\">"), std::string::npos);
 }
 
+TEST_F(SamplePageTest, ThePageIsInTheThemeThatTheReaderHasChosen) {
+    struct Row {
+        UriArgs cookies;
+        char const* html;
+    };
+    for (Row const& row :
+         {Row{{}, "<html dir=\"ltr\" lang=\"en\">"},
+          Row{{{"THEME", ""}}, "<html dir=\"ltr\" lang=\"en\">"},
+          Row{{{"THEME", "blue"}}, "<html dir=\"ltr\" lang=\"en\">"},
+          Row{{{"THEME", "light"}}, "<html data-theme=\"light\" dir=\"ltr\" lang=\"en\">"},
+          Row{{{"THEME", "dark"}}, "<html data-theme=\"dark\" dir=\"ltr\" lang=\"en\">"}}) {
+        QuilloServer::Request request = Asked();
+        request.cookies = row.cookies;
+        EXPECT_TRUE(Holds(Written("about", request), row.html)) << row.html;
+    }
+}
+
 TEST_F(SamplePageTest, WhatWasReportedIsShownInDebugModeOnly) {
     EXPECT_EQ(Written("status").find("class=\"debug\""), std::string::npos);
     isDebugInit = true;

@@ -138,6 +138,64 @@ TEST_F(SettingsTest, ASettingThatTheStoreDoesNotKnowIsShownSoAndLeftAlone) {
     EXPECT_FALSE(Holds(Stored(), "show_memory"));
 }
 
+TEST_F(SettingsTest, TheThemeThatTheReaderHasChosenIsSelected) {
+    struct Row {
+        char const* cookie;
+        char const* option;
+    };
+    for (Row const& row : {Row{"", "<option value=\"\" selected=\"\">Automatic</option>"},
+                           Row{"light", "<option value=\"light\" selected=\"\">Light</option>"},
+                           Row{"dark", "<option value=\"dark\" selected=\"\">Dark</option>"},
+                           Row{"blue", "<option value=\"\" selected=\"\">Automatic</option>"}}) {
+        Request request = Asked();
+        request.cookies["THEME"] = row.cookie;
+        std::string const page = Written("settings", request);
+        EXPECT_TRUE(Holds(page, row.option)) << row.cookie;
+        EXPECT_EQ(Count(page, "selected=\"\""), 1U);
+    }
+}
+
+TEST_F(SettingsTest, AnotherThemeIsKeptByTheBrowser) {
+    struct Row {
+        UriArgs cookies;
+        UriArgs form;
+        UriArgs newCookies;
+    };
+    for (Row const& row :
+         {Row{{}, {{"theme", "dark"}}, {{"THEME", "dark"}}}, Row{{}, {{"theme", ""}}, {}},
+          Row{{{"THEME", "dark"}}, {{"theme", "dark"}}, {}},
+          Row{{{"THEME", "dark"}}, {{"theme", ""}}, {{"THEME", ""}}},
+          Row{{{"THEME", "dark"}}, {}, {}}}) {
+        Request request = Posted(row.form);
+        request.cookies = row.cookies;
+        EXPECT_EQ(Written("settings", request), "");
+        EXPECT_EQ(request.newCookies, row.newCookies);
+        EXPECT_EQ(request.redirect, "/settings?stored=yes");
+    }
+}
+
+TEST_F(SettingsTest, AThemeThatThereIsNotIsSaidAndNothingIsStored) {
+    Request request = Posted({{"theme", "blue"}});
+    std::string const page = Written("settings", request);
+    EXPECT_EQ(Stored(), "");
+    EXPECT_EQ(request.status, 400);
+    EXPECT_TRUE(request.newCookies.empty());
+    EXPECT_TRUE(Holds(page, "document.settings.theme.focus();"));
+    EXPECT_TRUE(Holds(page, "<select aria-describedby=\"theme_fault\" aria-invalid=\"true\""));
+    EXPECT_TRUE(Holds(page, "There are no such colours."));
+    Request both = Posted({{"theme", "blue"}, {"show_storage", "maybe"}});
+    std::string const second = Written("settings", both);
+    EXPECT_TRUE(Holds(second, "document.settings.show_storage.focus();"));
+    EXPECT_EQ(Count(second, ".focus();"), 1U);
+}
+
+TEST_F(SettingsTest, NoThemeIsKeptWhenASettingCannotBeStored) {
+    Platform().setResult = -1;
+    Request request = Posted({{"theme", "dark"}});
+    EXPECT_TRUE(Holds(Written("settings", request), "<option value=\"dark\" selected=\"\">"));
+    EXPECT_TRUE(request.newCookies.empty());
+}
+
 TEST_F(SettingsTest, EverySettingOfThePageIsDeclaredAndHoldsUntilOneIsStored) {
     std::vector<std::string> declared;
     for (QuilloServer::Setting const* setting : QuilloServer::Settings()) {

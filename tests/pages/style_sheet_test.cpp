@@ -22,10 +22,9 @@ std::string StyleSheet() {
     return "";
 }
 
-// Takes the declarations "--NAME: #RRGGBB;" of the first block ":root {" at or behind `at` over
-// `colours`.
-Colours Root(std::string const& sheet, std::size_t at, Colours colours) {
-    std::size_t const begin = sheet.find(":root {", at);
+// Takes the declarations "--NAME: #RRGGBB;" of the first block of `selector` over `colours`.
+Colours Root(std::string const& sheet, std::string const& selector, Colours colours) {
+    std::size_t const begin = sheet.find(selector + " {");
     std::string const block = sheet.substr(begin, sheet.find('}', begin) - begin);
     for (std::size_t name = block.find("--"); name != std::string::npos;
          name = block.find("--", name + 2)) {
@@ -37,12 +36,11 @@ Colours Root(std::string const& sheet, std::size_t at, Colours colours) {
 }
 
 Colours Light() {
-    return Root(StyleSheet(), 0, {});
+    return Root(StyleSheet(), ":root", {});
 }
 
 Colours Dark() {
-    std::string const sheet = StyleSheet();
-    return Root(sheet, sheet.find("(prefers-color-scheme: dark)"), Light());
+    return Root(StyleSheet(), ":root:not([data-theme=light])", Light());
 }
 
 // The relative luminance (WCAG 2.2) of "#RRGGBB".
@@ -85,6 +83,10 @@ TEST(StyleSheetTest, TheThemesAreDifferentButForTheColoursOfTheImages) {
     EXPECT_NE(light.at("--ink"), dark.at("--ink"));
     EXPECT_EQ(light.at("--on"), dark.at("--on"));
     EXPECT_EQ(light.at("--off"), dark.at("--off"));
+}
+
+TEST(StyleSheetTest, DarkIsTheSameBySystemAndByChoice) {
+    EXPECT_EQ(Root(StyleSheet(), ":root[data-theme=dark]", Light()), Dark());
 }
 
 TEST(StyleSheetTest, NoDeclarationNamesALeftOrARightSide) {

@@ -134,7 +134,7 @@ TEST_F(HostileTexts, InHeadersAreText) {
     Server server(Options());
     auto const request = [](std::size_t page, std::string const& host, std::string const& text) {
         return "GET /" + std::string(pageNames[page]) + " HTTP/1.1\r\nHost: " + host +
-               "\r\nAccept-Language: " + text + "\r\nCookie: LANGUAGE=" + text +
+               "\r\nAccept-Language: " + text + "\r\nCookie: LANGUAGE=" + text + "; THEME=" + text +
                "; quillo_session=" + text + "; " + text + "\r\nUser-Agent: " + text +
                "\r\nReferer: " + text + "\r\nIf-None-Match: " + text + "\r\nOrigin: " + text +
                "\r\n\r\n";
@@ -173,7 +173,7 @@ TEST_F(HostileTexts, InFormsAreText) {
         return Ask(server.Port(),
                    FormText("/settings",
                             "show_memory=" + field + "&show_storage=" + field + "&" + field + "=" +
-                                field + "&lasting=" + field + "&token=" + token,
+                                field + "&lasting=" + field + "&theme=" + field + "&token=" + token,
                             fields));
     };
     Reply const harmless = post("harmless");
