@@ -2,12 +2,13 @@
 //
 //     screenshots.mjs FOLDER [PAGE...]
 //
-// writes FOLDER/PAGE-LANGUAGE-THEME-WIDTH.png and FOLDER/PAGE-LANGUAGE-print.png. QUILLO_SERVE names
-// the server.
+// writes FOLDER/PAGE-LANGUAGE-THEME-WIDTH.png and FOLDER/PAGE-LANGUAGE-print.png, and shows all that
+// are there in FOLDER/index.html. QUILLO_SERVE names the server.
 import { mkdir } from "node:fs/promises";
 import { join } from "node:path";
 
 import { languages, Launch, SendBadSettings, themes, View, widths } from "./support/browser.mjs";
+import { WriteOverview } from "./support/overview.mjs";
 import { Site } from "./support/site.mjs";
 
 const [folder, ...chosen] = process.argv.slice(2);
@@ -60,7 +61,7 @@ try {
       await Take(scene, language);
     }
   }
-  console.log(`${count} pictures in ${folder}`);
+  console.log(`${count} pictures: see ${await WriteOverview(folder)}`);
 } finally {
   await browser.close();
   await site.Remove();
