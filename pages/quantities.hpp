@@ -14,8 +14,8 @@ std::string Bytes(std::string const& bytes);
 // Seconds as days, hours and minutes: "93784" gives "1 d 02:03".
 std::string Duration(std::string const& seconds);
 
-// A phrase for the state of a network interface (RFC 2863, as Linux writes it): "up" gives "Up". One
-// that says little to a reader, such as the loopback's "unknown", gives "Not known".
+// A phrase for the state of a network interface (RFC 2863, as Linux writes it): "up" gives "Up".
+// One that says little to a reader, such as the loopback's "unknown", gives "Not known".
 std::string InterfaceState(std::string const& state);
 
 // How much of a file system is used, in whole per cent, rounded up: of what is used and what is

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # quillo-serve with the sample pages: each of them arrives as it is written, is valid in every
-# language, and so are the pages that refuse.
+# language, and so are the pages that refuse. Its manual page knows what its help does.
 #
-#     quillo_serve_test.sh QUILLO-SERVE TIDY
+#     quillo_serve_test.sh QUILLO-SERVE TIDY MANUAL
 set -euo pipefail
 
-serve=$1 tidy=$2
+serve=$1 tidy=$2 manual=$3
 folder=$(mktemp -d)
 trap 'kill "$SERVER_PID" && wait "$SERVER_PID" || true; rm -rf "$folder"' EXIT
 failures=0
@@ -36,7 +36,7 @@ is_valid() {  # WHAT
     "$tidy" -errors -quiet --warn-proprietary-attributes no "$folder/body" || fail "$1 is not valid"
 }
 
-for page in status network processes; do
+for page in status network processes storage log settings language about widgets; do
     for language in en de ar; do
         ask GET "/$page" "Accept-Language: $language"
         [[ $status == "HTTP/1.1 200 OK" ]] || fail "$page in $language: $status"
@@ -61,6 +61,11 @@ END
 ask GET /
 [[ $status == "HTTP/1.1 303 "* ]] || fail "/: $status"
 [[ ! -s $folder/log ]] || fail "the log is not empty: $(cat "$folder/log")"
+
+known=$(sed 's/\\-/-/g' "$manual")
+for word in $("$serve" --help | grep -oE -- '--[a-z][a-z-]+|QUILLO_[A-Z_]+' | sort -u); do
+    [[ $known == *"$word"* ]] || fail "the manual page does not know $word"
+done
 
 ((failures == 0)) && printf 'all as it should be\n'
 exit $((failures != 0))
