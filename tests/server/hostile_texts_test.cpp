@@ -179,6 +179,8 @@ TEST_F(HostileTexts, InFormsAreText) {
     Reply const harmless = post("harmless");
     EXPECT_EQ(harmless.status, 400);
     Learn(harmless);
+    // The form of a text that the server sees as empty: a theme there is.
+    Learn(post(""));
     for (std::string const& text : Texts()) {
         Reply const reply = post(text);
         EXPECT_EQ(reply.status, 400) << text;
