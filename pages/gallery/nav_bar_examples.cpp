@@ -1,5 +1,5 @@
-// Navigation bars: each state of an item at either end. The labels say what an item is: a link, the
-// page that is shown ("here"), not to be chosen ("closed"), or both of these.
+// Navigation bars: each state of an item at either end and between. The labels say what an item is:
+// a link, the page that is shown ("here"), not to be chosen ("closed"), or both of these.
 #include <quillo_kit/elements.hpp>
 
 #include "example.hpp"
@@ -49,13 +49,21 @@ Element BothFirst() {
                    << MakeNavBar({both, {"Both", "/network", true, true}});
 }
 
+Element BetweenLinks() {
+    Slot const link = {"Link", "/status", false, false};
+    return Group() << MakeNavBar({link, {"Link", "/network", false, false}, link})
+                   << MakeNavBar({link, {"Here", "/network", true, false}, link})
+                   << MakeNavBar({link, {"Closed", "/network", false, true}, link})
+                   << MakeNavBar({link, {"Both", "/network", true, true}, link});
+}
+
 }  // namespace
 
 ExampleGroup NavBarExamples() {
     return {"Navigation bars",
             true,
             {QUILLO_EXAMPLE(BarsOfOneItem), QUILLO_EXAMPLE(LinkFirst), QUILLO_EXAMPLE(HereFirst),
-             QUILLO_EXAMPLE(ClosedFirst), QUILLO_EXAMPLE(BothFirst)}};
+             QUILLO_EXAMPLE(ClosedFirst), QUILLO_EXAMPLE(BothFirst), QUILLO_EXAMPLE(BetweenLinks)}};
 }
 
 }  // namespace Pages

@@ -91,4 +91,18 @@ TEST_F(ExampleTest, TheGalleryShowsNavigationBarsWithEveryStateAtEitherEnd) {
     }
 }
 
+TEST_F(ExampleTest, TheGalleryShowsNavigationBarsWithEveryStateBetweenOthers) {
+    std::string const page = Written("widgets");
+    std::string bars;
+    for (std::size_t bar = page.find("id=\"nav_bar-"); bar != std::string::npos;
+         bar = page.find("id=\"nav_bar-", bar + 1)) {
+        bars += page.substr(bar, page.find('\n', bar) - bar);
+    }
+    for (std::string const state : {"selectable", "selected", "unselectable"}) {
+        EXPECT_NE(bars.find("<span class=\"" + state + "\""), std::string::npos) << state;
+    }
+    // Selected and not to be chosen at once.
+    EXPECT_NE(bars.find(">Both</span><span class=\"selectable last\""), std::string::npos);
+}
+
 }  // namespace
