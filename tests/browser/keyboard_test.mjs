@@ -217,3 +217,17 @@ for (const name of ["show_memory", "show_interfaces", "show_storage"]) {
     await page.context().close();
   });
 }
+
+test("colours that there are not have the focus when nothing else is wrong", async () => {
+  const page = await Open("/settings");
+  const choice = page.locator("select[name=theme]");
+  await choice.evaluate((one) => {
+    one.options[1].value = "blue";
+    one.selectedIndex = 1;
+  });
+  await page.getByRole("button").click();
+  await page.locator("select[name=theme][aria-invalid=true]").waitFor();
+  assert.ok(await choice.evaluate((one) => one === document.activeElement));
+  assert.ok(await page.getByText("There are no such colours.").isVisible());
+  await page.context().close();
+});
