@@ -118,11 +118,13 @@ std::locale Load(std::string const& folder, std::string const& name) {
 // when memory runs out.
 std::vector<std::string> EntriesOf(std::string const& folder) {
     std::vector<std::string> entries;
-    errno = 0;  // what tells the end of the folder from one that breaks off
     std::unique_ptr<DIR, FolderCloser> const list(opendir(folder.c_str()));
-    while (dirent const* const entry = list != nullptr ? readdir(list.get()) : nullptr) {
-        entries.emplace_back(entry->d_name);
-        errno = 0;
+    if (list != nullptr) {
+        errno = 0;  // what tells the end of the folder from one that breaks off
+        while (dirent const* const entry = readdir(list.get())) {
+            entries.emplace_back(entry->d_name);
+            errno = 0;
+        }
     }
     if (errno != 0 && errno != ENOENT) {
         Log_SpecEntry(logSpecError, __FILE__, __LINE__,
