@@ -348,6 +348,14 @@ TEST_F(StreamsTest, PiecesOfEveryLengthAreWrittenWhole) {
     }
 }
 
+TEST_F(StreamsTest, TextsThatAboutFillABufferAreWrittenWhole) {
+    for (std::size_t size = 0; size < 600; ++size) {
+        std::string const text(size, 'x');
+        EXPECT_EQ(Html(Div() << Text(text, true)), "<div>\n" + text + "</div>\n");
+        EXPECT_EQ(Html(Br().SetAttr("id", text)), "<br id=\"" + text + "\" >\n");
+    }
+}
+
 // Refuses one write, and takes what comes behind it.
 class RefusingBuffer : public std::streambuf {
 public:
