@@ -84,10 +84,10 @@ void CheckFocus(ElementImpl const& element, Renderer& r) {
 // Neither names nor values are escaped: who sets a value passes it through `Filter`.
 void WriteAttributes(ElementImpl const& element, TagWriter& tag) {
     for (auto const& attribute : element.attrs) {
-        tag.Add(" "sv, attribute.first, "=\""sv, attribute.second, "\""sv);
+        tag.Add(" "sv, attribute.first, R"(=")"sv, attribute.second, R"(")"sv);
     }
     for (std::string const& name : element.emptyAttrs) {
-        tag.Add(" "sv, name, "=\"\""sv);
+        tag.Add(" "sv, name, R"(="")"sv);
     }
 }
 
