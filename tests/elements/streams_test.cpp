@@ -437,9 +437,10 @@ TEST_F(StreamsTest, EveryByteOfATextIsWrittenAsFilterHasIt) {
 }
 
 TEST_F(StreamsTest, TheTextThatEndsAnElementIsWrittenWithTheTagBehindIt) {
-    EXPECT_EQ(WritesOf(Div() << Text("plain", false)), 2);
-    EXPECT_EQ(WritesOf(Div() << Text("<>", true)), 2);
-    EXPECT_EQ(WritesOf(Div() << Text("one", false) << Text("two", false)), 3);
+    int const byItself = QUILLO_SMALL;  // a small library has the plain way alone
+    EXPECT_EQ(WritesOf(Div() << Text("plain", false)), 2 + byItself);
+    EXPECT_EQ(WritesOf(Div() << Text("<>", true)), 2 + byItself);
+    EXPECT_EQ(WritesOf(Div() << Text("one", false) << Text("two", false)), 3 + byItself);
     EXPECT_EQ(WritesOf(Div() << Text("one", false) << Br()), 4);
 }
 
