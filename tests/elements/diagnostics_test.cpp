@@ -90,10 +90,12 @@ TEST_F(DiagnosticsTest, TheLogComesFirstForAReportAndLastForATrace) {
 }
 
 TEST_F(DiagnosticsTest, WithoutAnElementForLinesTheLogIsToldAllTheSame) {
+    Div const kept(debugMsgs);
     debugMsgs.impl.reset();
     ReportDiagnostic(logSpecError, "m");
     TraceDiagnostic("t");
     std::string const line = "At " + file + ":" + std::to_string(__LINE__ - 1) + ": t";
+    debugMsgs = kept;
     EXPECT_EQ(Platform().Messages(), (Texts{"error: m", "info: " + line}));
 }
 
