@@ -11,20 +11,32 @@ namespace Quillo {
 // The bytes of one kind in a text, which are found one after the other:
 //
 //     Marks<NotPlain> marks(text, end);
-//     char const* const first = marks.From(text);
-//     char const* const second = marks.From(first + 1);
+//     for (char const* p = marks.From(text); p != end; p = marks.From(p + 1)) { ... }
 //
 // A kind tells of a byte whether it `Is` a mark, and which bytes of a window are (`InWindow`).
 template <class Kind>
 class Marks {
 public:
-    Marks(char const* text, char const* textEnd) : begin(text), next(text), end(textEnd) {}
+    Marks(char const* text, char const* textEnd) : next(text), end(textEnd) {}
 
-    // The first one from `p` up, or the end. `p` never goes back.
+    // The first one from `p` up, or the end. `p` lies in the text or at its end, and never goes
+    // back.
     char const* From(char const* p) {
 #ifdef __SSE2__
-        if (!isSmall && end - begin >= Window::size) {
-            return InWindows(p);
+        while (!isSmall) {
+            for (; found != 0; found &= found - 1) {
+                char const* const mark = next - Window::size + __builtin_ctz(found);
+                if (mark >= p) {
+                    return mark;
+                }
+            }
+            next = std::max(next, p);
+            if (end - next < Window::size) {
+                p = next;
+                break;
+            }
+            found = Kind::InWindow(next);
+            next += Window::size;
         }
 #endif
         while (p < end && !Kind::Is(*p)) {
@@ -34,29 +46,8 @@ public:
     }
 
 private:
-#ifdef __SSE2__
-    // The last window ends with the text, and some of it has been looked at before.
-    char const* InWindows(char const* p) {
-        for (;;) {
-            for (; found != 0; found &= found - 1) {
-                char const* const mark = next - Window::size + __builtin_ctz(found);
-                if (mark >= p) {
-                    return mark;
-                }
-            }
-            if (next == end) {
-                return end;
-            }
-            char const* const window = std::min(std::max(next, p), end - Window::size);
-            found = Kind::InWindow(window);
-            next = window + Window::size;
-        }
-    }
-#endif
-
-    [[maybe_unused]] char const* const begin;
-    [[maybe_unused]] char const* next;    // behind the window that was looked at last
-    [[maybe_unused]] unsigned found = 0;  // in that window, and not yet told
+    [[maybe_unused]] char const* next;    // the next window's earliest place
+    [[maybe_unused]] unsigned found = 0;  // in the window before it, from the one told last on
     char const* const end;
 };
 

@@ -16,11 +16,11 @@ inline bool IsUndisturbed(std::ostream const& stream) {
            stream.exceptions() == std::ios_base::goodbit;
 }
 
-// Writes bytes as they stand and, when they are a line, the flush that its end owes. Unformatted
-// output: a width that was set on the stream pads nothing in a page.
+// Writes bytes as they stand. `isLine`: the last of them ends a line, and a flush follows.
+// Unformatted output: a width that was set on the stream pads nothing in a page.
 void Write(Renderer& r, char const* bytes, std::size_t size, bool isLine);
 
-// The same to a stream that is known to be undisturbed.
+// The same to a stream that is undisturbed.
 void WriteUndisturbed(Renderer& r, char const* bytes, std::size_t size, bool isLine);
 
 // What `r << Endl()` does, without an element made for it.

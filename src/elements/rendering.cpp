@@ -167,12 +167,13 @@ bool IsShort(std::string const& text) {
     return text.size() < TagWriter::capacity / 6;
 }
 
-// What `Filter` gives, without a string made for it. `marks` are those of `text`, of which `p` is
-// the first.
+// What `Filter` gives of `text`, up to its NUL, without a string made for it. `p` is the first of
+// its `marks`.
 void WriteFiltered(char const* text, char const* p, Marks<NotPlain>& marks, TagWriter& out) {
     for (;; p = marks.From(text)) {
         out << std::string_view(text, static_cast<std::size_t>(p - text));
         if (*p == '\0') {
+            out.LookAtStream();
             return;
         }
         out << Replacement(*p);
@@ -183,6 +184,7 @@ void WriteFiltered(char const* text, char const* p, Marks<NotPlain>& marks, TagW
 // Through a string, which the frame of `WriteText` is not to have.
 __attribute__((noinline)) void WriteLong(std::string const& text, TagWriter& out) {
     out << Filter(text);
+    out.LookAtStream();
 }
 
 void WriteText(TextImpl const& element, TagWriter& out) {
@@ -199,25 +201,41 @@ void WriteText(TextImpl const& element, TagWriter& out) {
     }
 }
 
-// The text that is an element's last child reaches the stream with the tag behind it. Whether it is
-// such a text is asked of its very type: a kind derived from it writes as it likes.
-bool IsText(ElementImpl const& element) {
+// The text that is an element's last child reaches the stream with the tag behind it, unless it is
+// of a kind derived from it, which writes as it likes. A type that is known at two addresses only
+// takes the slower way.
+bool IsOrdinaryText(ElementImpl const& element) {
     return !isSmall && &typeid(element) == &typeid(TextImpl);
 }
 
-__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, TextImpl const* lastText,
-                                               bool hasBody, Renderer& r, int level) {
-    if (lastText != nullptr) {
-        StartLine(r, level + 1);
-    } else if (hasBody && r.oneLineDepth == 0) {
+void AddClosingTag(ElementImpl const& element, Renderer& r, TagWriter& tag) {
+    tag.Add("</"sv, element.tag, ">"sv);
+    Finish(element, r, tag);
+}
+
+__attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, bool hasBody,
+                                               Renderer& r, int level) {
+    if (hasBody && r.oneLineDepth == 0) {
         StartLine(r, level);
     }
     TagWriter tag(r);
-    if (lastText != nullptr) {
-        WriteText(*lastText, tag);
+    AddClosingTag(element, r, tag);
+}
+
+// Writes the text that is the last child, and the closing tag behind it. What the text reports may
+// have added a child: the tag is not yet due then, and the result false.
+__attribute__((noinline)) bool WriteTextAndClosingTag(ElementImpl const& element,
+                                                      TextImpl const& text, Renderer& r,
+                                                      int level) {
+    StartLine(r, level + 1);
+    TagWriter tag(r);
+    WriteText(text, tag);
+    if (element.children.back().get() != &text) {
+        tag.End();
+        return false;
     }
-    tag.Add("</"sv, element.tag, ">"sv);
-    Finish(element, r, tag);
+    AddClosingTag(element, r, tag);
+    return true;
 }
 
 }  // namespace
@@ -228,21 +246,21 @@ void ElementImpl::Render(Renderer& r, int level) const {
         return;
     }
     bool const hasBody = !children.empty();
-    TextImpl const* lastText = nullptr;
     if (this == debugMsgs.impl.get()) {
         Diagnostics::RenderDebugLines(*this, r, level + 1);
     } else {
-        // By index, and the count read anew: a child may be added while its parent is written.
+        // By index, and the count read anew: writing a child, or a report, may add another one.
         for (std::size_t i = 0; i < children.size(); ++i) {
             ElementImpl const& child = Element::Checked(children[i]);
-            if (i + 1 == children.size() && IsText(child)) {
-                lastText = static_cast<TextImpl const*>(&child);
-            } else {
+            if (i + 1 < children.size() || !IsOrdinaryText(child)) {
                 child.Render(r, level + 1);
+            } else if (WriteTextAndClosingTag(*this, static_cast<TextImpl const&>(child), r,
+                                              level)) {
+                return;
             }
         }
     }
-    WriteClosingTag(*this, lastText, hasBody, r, level);
+    WriteClosingTag(*this, hasBody, r, level);
 }
 
 void TextImpl::Render(Renderer& r, int level) const {

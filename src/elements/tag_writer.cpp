@@ -34,7 +34,11 @@ void TagWriter::EndLine() {
 }
 
 void TagWriter::LookAtStream() {
-    if (!isSmall && !IsUndisturbed(*r.out)) {
+    if (!isSmall && IsCollecting() && !IsUndisturbed(*r.out)) {
+        if (to != buffer) {
+            Write(r, buffer, static_cast<std::size_t>(to - buffer), false);
+            to = buffer;
+        }
         end = buffer;
     }
 }

@@ -9,14 +9,15 @@
 
 namespace Quillo {
 
-// The first and the last bytes of a piece, which overlap in a shorter one.
+// Copies a piece of `count` to twice `count` bytes by its two ends, which may overlap.
 template <std::size_t count>
 void CopyEnds(char* to, std::string_view piece) {
     std::memcpy(to, piece.data(), count);
     std::memcpy(to + piece.size() - count, piece.data() + piece.size() - count, count);
 }
 
-// Copies a piece and returns where it ends. Most are shorter than a call of memcpy takes long.
+// Copies a piece and returns where it ends. Most are so short that a call of memcpy would cost more
+// than the copy.
 inline char* CopyPiece(char* to, std::string_view piece) {
     if (isSmall || piece.size() > 32) {
         std::memcpy(to, piece.data(), piece.size());
@@ -36,10 +37,12 @@ inline char* CopyPiece(char* to, std::string_view piece) {
     return to + piece.size();
 }
 
-// The pieces of one tag on their way to the stream, the text before it and the line end behind it.
+// The pieces of a tag, of a text, or of a text and the tag behind it, on their way to the stream,
+// and the line end behind them.
 //
-// They are collected, and reach the stream in one write, where nobody can tell that from a write
-// for each piece. Any other stream gets every piece by itself.
+// They are collected, and reach the stream in one write, where a buffer that takes bytes one after
+// the other cannot tell that from a write for each piece. Any other stream gets every piece by
+// itself.
 //
 // Has a buffer in it: not for a stack frame below which a tree is written.
 class TagWriter {
@@ -62,7 +65,7 @@ public:
         return *this;
     }
 
-    // Pieces one behind the other. There is room for all of them, but for few tags.
+    // Pieces one behind the other. There is room for all of them, except in a few tags.
     template <class... Pieces>
     void Add(Pieces const&... pieces) {
         if (isSmall || (pieces.size() + ...) >= Room()) {
@@ -74,6 +77,9 @@ public:
         }
     }
 
+    // To be called when page code has run: a report, or a write, may have disturbed the stream.
+    void LookAtStream();
+
     // Ends the tag: what was collected is written. To be called once, last, or `EndLine` is.
     //
     // A stream that takes too little refuses what comes behind it, as it would have refused the
@@ -84,13 +90,10 @@ public:
     void EndLine();
 
 private:
-    // There is always a byte of it left, for a newline.
+    // While pieces are collected there is always a byte of it left, for a newline.
     std::size_t Room() const { return static_cast<std::size_t>(end - to); }
 
     void AddToFull(std::string_view piece);
-
-    // What was written may have disturbed the stream.
-    void LookAtStream();
 
     void WriteCollected(bool isLine) {
         std::size_t const size = static_cast<std::size_t>(to - buffer);
@@ -102,8 +105,8 @@ private:
     }
 
     Renderer& r;
-    char* to;
-    char* end;  // of the buffer; its beginning when pieces are written by themselves
+    char* to;   // the next piece's place; never behind `end`
+    char* end;  // of the buffer; its beginning, like `to`, when pieces are written by themselves
     char buffer[capacity];
 };
 

@@ -38,9 +38,8 @@ inline unsigned PercentSigns(char const* text) {
     return Bits(Is(Load(text), '%'));
 }
 
-// The bytes that HTML text cannot hold as they stand. '<' and '>' differ in one bit alone, and so
-// do
-// '"' and '&'.
+// The bytes that HTML text cannot hold as they stand. '<' and '>' differ in one bit alone, and '"'
+// and '&' do as well.
 inline unsigned NotPlain(char const* text) {
     __m128i const bytes = Load(text);
     __m128i const blank = Either(Is(bytes, '\t'), Is(bytes, '\n'));

@@ -1,5 +1,4 @@
 // Percent encoding and decoding, and backslashes before quotes.
-#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstring>

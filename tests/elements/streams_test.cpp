@@ -356,6 +356,43 @@ TEST_F(StreamsTest, TextsThatAboutFillABufferAreWrittenWhole) {
     }
 }
 
+TEST_F(StreamsTest, AChildThatTheReportOfTheLastTextAddsIsWrittenToo) {
+    for (std::string const& text : {std::string("\x01"), std::string(200, 'x') + '\x01'}) {
+        Div const page;
+        page << Text(text, true);
+        int entries = 0;
+        Platform().onLogEntry = [&] {
+            if (++entries == 1) {
+                page << Br();
+            }
+        };
+        std::string const written = text.substr(0, text.size() - 1) + "_";
+        EXPECT_EQ(Html(page), "<div>\n" + written + "<br >\n</div>\n");
+    }
+}
+
+TEST_F(StreamsTest, AStreamThatAReportDeclaresFailedGetsNothingMore) {
+    for (std::string const& text : {std::string("\x01"), std::string(200, 'x') + '\x01'}) {
+        for (Element const& page : {Div() << Text(text, true), Div() << Text(text, true) << Br()}) {
+            std::ostringstream stream;
+            Platform().onLogEntry = [&] { stream.setstate(std::ios_base::failbit); };
+            Renderer r(stream);
+            page.impl->Render(r, 0);
+            EXPECT_EQ(stream.str(), "<div>\n");
+        }
+    }
+}
+
+TEST_F(StreamsTest, AReportMayTakeTheBufferOfTheStreamAway) {
+    std::ostringstream page;
+    std::ostream stream(page.rdbuf());
+    Platform().onLogEntry = [&] { stream.rdbuf(nullptr); };
+    Renderer r(stream);
+    Text("\x01", true).impl->Render(r, 0);
+    EXPECT_EQ(page.str(), "");
+    EXPECT_TRUE(stream.bad());
+}
+
 // Refuses one write, and takes what comes behind it.
 class RefusingBuffer : public std::streambuf {
 public:
