@@ -1,6 +1,7 @@
 // The settings page: switches of the configuration store, and the theme of the reader's browser.
 // What is sent is looked at as a whole before any of it is stored; the first field that is wrong
 // gets the focus.
+#include <algorithm>
 #include <quillo_kit/elements.hpp>
 #include <quillo_kit/safe.hpp>
 
@@ -90,9 +91,11 @@ bool TakeSent(UriArgs const& form, Choices& choices) {
     return isGood;
 }
 
-// Stores the fields, those behind one that fails too. True when all were stored.
+// Stores the fields that the store knows, those behind one that fails too. True when there are any
+// and all were stored.
 bool Store(std::vector<Field>& fields, bool isLasting) {
-    bool isGood = true;
+    bool isGood =
+        std::any_of(fields.begin(), fields.end(), [](Field const& field) { return field.isKnown; });
     for (Field& field : fields) {
         if (!field.isKnown) {
             continue;

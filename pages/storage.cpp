@@ -30,8 +30,7 @@ std::vector<FileSystem> Query(Request& request) {
 }
 
 // The meter and its text; the text alone says what is known of a file system that tells no figures.
-Element MakeUse(Request& request, std::string const& size, std::string const& used,
-                std::string const& available) {
+Element MakeUse(Request& request, std::string const& used, std::string const& available) {
     Group use;
     std::optional<int> const percent = PercentUsed(used, available);
     if (!percent) {
@@ -47,14 +46,14 @@ Element MakeUse(Request& request, std::string const& size, std::string const& us
                .SetAttr("value", std::to_string(*percent))
                .SetAttr("aria-label", SafeAttr(Translated(request, "Used")));
     return use << (Span().SetAttr("class", "beside").SetOneLine()
-                   << Isolated(text + " · " + Bytes(used) + " / " + Bytes(size)));
+                   << Isolated(text + " · " + Bytes(used)));
 }
 
 void WriteStorage(Request& request, std::ostream& out) {
-    RecordList list(request, {"Mounted at", "Device", "Type", "Used", "Available"});
+    RecordList list(request, {"Mounted at", "Device", "Type", "Size", "Used", "Available"});
     for (FileSystem const& one : Query(request)) {
-        list.Add({Isolated(one[0]), Isolated(one[1]), Isolated(one[2]),
-                  MakeUse(request, one[3], one[4], one[5]), Isolated(Bytes(one[5]))});
+        list.Add({Isolated(one[0]), Isolated(one[1]), Isolated(one[2]), Isolated(Bytes(one[3])),
+                  MakeUse(request, one[4], one[5]), Isolated(Bytes(one[5]))});
     }
     WriteFramed(request, out, "storage", list.Section("File systems"));
 }

@@ -138,6 +138,15 @@ TEST_F(SettingsTest, ASettingThatTheStoreDoesNotKnowIsShownSoAndLeftAlone) {
     EXPECT_FALSE(Holds(Stored(), "show_memory"));
 }
 
+TEST_F(SettingsTest, WithAStoreThatKnowsNoSettingNothingIsSaidToBeStored) {
+    Platform().settings.clear();
+    Request request = Posted({{"theme", "dark"}});
+    std::string const page = Written("settings", request);
+    EXPECT_EQ(request.redirect, "");
+    EXPECT_EQ(Count(page, "Not all settings were stored."), 1U);
+    EXPECT_EQ(Count(page, "The device does not know this setting."), 3U);
+}
+
 TEST_F(SettingsTest, TheThemeThatTheReaderHasChosenIsSelected) {
     struct Row {
         char const* cookie;
