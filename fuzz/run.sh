@@ -34,7 +34,7 @@ while (($#)); do
     esac
     shift
 done
-[[ -f $build/fuzz/targets ]] || usage_error "$build holds no fuzz targets: ./dev build fuzz"
+[[ -f $build/fuzz/targets ]] || usage_error "$build holds no fuzz targets: ./dev fuzz builds them"
 mapfile -t targets <"$build/fuzz/targets"
 if [[ -n $chosen ]]; then
     [[ " ${targets[*]} " == *" $chosen "* ]] ||
