@@ -222,15 +222,14 @@ __attribute__((noinline)) void WriteClosingTag(ElementImpl const& element, bool 
     AddClosingTag(element, r, tag);
 }
 
-// Writes the text that is the last child, and the closing tag behind it. What the text reports may
-// have added a child: the tag is not yet due then, and the result false.
-__attribute__((noinline)) bool WriteTextAndClosingTag(ElementImpl const& element,
-                                                      TextImpl const& text, Renderer& r,
-                                                      int level) {
+// Writes the text that is the child at `place` and, when that is the last one, the closing tag with
+// it: true then. What the text reports may have added a child.
+__attribute__((noinline)) bool WriteTextChild(ElementImpl const& element, std::size_t place,
+                                              Renderer& r, int level) {
     StartLine(r, level + 1);
     TagWriter tag(r);
-    WriteText(text, tag);
-    if (element.children.back().get() != &text) {
+    WriteText(static_cast<TextImpl const&>(*element.children[place]), tag);
+    if (place + 1 < element.children.size()) {
         tag.End();
         return false;
     }
@@ -252,10 +251,9 @@ void ElementImpl::Render(Renderer& r, int level) const {
         // By index, and the count read anew: writing a child, or a report, may add another one.
         for (std::size_t i = 0; i < children.size(); ++i) {
             ElementImpl const& child = Element::Checked(children[i]);
-            if (i + 1 < children.size() || !IsOrdinaryText(child)) {
+            if (!IsOrdinaryText(child)) {
                 child.Render(r, level + 1);
-            } else if (WriteTextAndClosingTag(*this, static_cast<TextImpl const&>(child), r,
-                                              level)) {
+            } else if (WriteTextChild(*this, i, r, level)) {
                 return;
             }
         }

@@ -383,6 +383,17 @@ TEST_F(StreamsTest, AStreamThatAReportDeclaresFailedGetsNothingMore) {
     }
 }
 
+TEST_F(StreamsTest, AStreamThatAReportMakesUnitBufferedGetsAllOfThePage) {
+    std::ostringstream stream;
+    Platform().onLogEntry = [&] { stream << std::unitbuf; };
+    Renderer r(stream);
+    (Div() << Text("a\x01"
+                   "b\x01",
+                   true))
+        .impl->Render(r, 0);
+    EXPECT_EQ(stream.str(), "<div>\na_b_</div>\n");
+}
+
 TEST_F(StreamsTest, AReportMayTakeTheBufferOfTheStreamAway) {
     std::ostringstream page;
     std::ostream stream(page.rdbuf());
@@ -479,6 +490,11 @@ TEST_F(StreamsTest, TheTextThatEndsAnElementIsWrittenWithTheTagBehindIt) {
     EXPECT_EQ(WritesOf(Div() << Text("<>", true)), 2 + byItself);
     EXPECT_EQ(WritesOf(Div() << Text("one", false) << Text("two", false)), 3 + byItself);
     EXPECT_EQ(WritesOf(Div() << Text("one", false) << Br()), 4);
+}
+
+TEST_F(StreamsTest, ATextThatStandsInAnElementTwiceIsWrittenTwice) {
+    Text const text("one", false);
+    EXPECT_EQ(Html(Div() << text << text), "<div>\noneone</div>\n");
 }
 
 struct LoudText : TextImpl {
