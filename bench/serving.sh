@@ -180,7 +180,7 @@ commit=$(git -C "$(dirname "$0")" describe --always --dirty=' with changes' 2>/d
     cat "$table"
 } >"$folder/text"
 if [[ -f $document ]]; then
-    kept=$(sed "/^$mark\$/,\$d" "$document")
+    kept=$(sed "\\|^$mark\$|,\$d" "$document")
     printf '%s\n\n%s\n\n' "$kept" "$mark" | cat - "$folder/text" >"$folder/document"
     cat "$folder/document" >"$document"
 fi
