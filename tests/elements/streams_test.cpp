@@ -476,7 +476,7 @@ TEST_F(StreamsTest, ATextIsWrittenAtOnceWhateverItBecomes) {
 
 TEST_F(StreamsTest, EveryByteOfATextIsWrittenAsFilterHasIt) {
     for (int byte = 0; byte < Rounds(0x100); ++byte) {
-        for (std::size_t length : {1, 20, 200}) {
+        for (std::size_t length : {1U, 20U, 200U}) {
             std::string const text =
                 std::string(length, 'a') + static_cast<char>(byte) + std::string(length, 'b');
             EXPECT_EQ(Html(Text(text, true)), Filter(text)) << byte;
