@@ -3,7 +3,7 @@
 import assert from "node:assert/strict";
 import { after, test } from "node:test";
 
-import { languages, Launch, View, Watch } from "./support/browser.mjs";
+import { languages, Launch, StoreStorage, View, Watch } from "./support/browser.mjs";
 import { ExpectNone } from "./support/faults.mjs";
 import { Site } from "./support/site.mjs";
 
@@ -104,10 +104,7 @@ test("what was changed elsewhere is shown without loading the page anew", async 
   const storage = page.locator("#live h3", { hasText: "Storage" });
   const settings = await page.context().newPage();
   for (const isShown of [false, true]) {
-    await settings.goto("/settings");
-    await settings.locator("input[name=show_storage]").setChecked(isShown);
-    await settings.getByRole("button").click();
-    await settings.waitForURL("**/settings?stored=yes");
+    await StoreStorage(settings, isShown);
     assert.equal(await storage.count(), isShown ? 0 : 1);
     await page.clock.runFor(5000);
     await storage.waitFor({ state: isShown ? "attached" : "detached" });

@@ -2,7 +2,7 @@
 import assert from "node:assert/strict";
 import { after, test } from "node:test";
 
-import { languages, Launch, View, Watch } from "./support/browser.mjs";
+import { languages, Launch, StoreStorage, View, Watch } from "./support/browser.mjs";
 import { ExpectNone } from "./support/faults.mjs";
 import { Site } from "./support/site.mjs";
 
@@ -59,10 +59,7 @@ test("a link shows the values anew", async () => {
   const settings = await page.context().newPage();
   const storage = page.locator("#live h3", { hasText: "Storage" });
   for (const isShown of [false, true]) {
-    await settings.goto("/settings");
-    await settings.locator("input[name=show_storage]").setChecked(isShown);
-    await settings.getByRole("button").click();
-    await settings.waitForURL("**/settings?stored=yes");
+    await StoreStorage(settings, isShown);
     assert.equal(await storage.count(), isShown ? 0 : 1);
     await Promise.all([
       page.waitForEvent("load"), page.getByRole("link", { name: "Refresh" }).click()]);

@@ -69,3 +69,11 @@ export async function SendBadSettings(page, name) {
     page.getByRole("button").click()]);
   await page.locator(`input[name=${name}][aria-invalid=true]`).waitFor();
 }
+
+// Has the status page show the file systems, or not.
+export async function StoreStorage(page, isShown) {
+  await page.goto("/settings");
+  await page.locator("input[name=show_storage]").setChecked(isShown);
+  await page.getByRole("button").click();
+  await page.waitForURL("**/settings?stored=yes");
+}
