@@ -54,12 +54,12 @@ std::string Reason(int error) {
     return std::strerror(error);
 }
 
-Descriptor Bind(Endpoint const& endpoint) {
+Descriptor Bind(Endpoint const& endpoint, std::string const& port) {
     addrinfo hints = {};
     hints.ai_flags = AI_PASSIVE | AI_NUMERICSERV;
     hints.ai_socktype = SOCK_STREAM;
     addrinfo* found = nullptr;
-    int const error = getaddrinfo(endpoint.address.c_str(), endpoint.port.c_str(), &hints, &found);
+    int const error = getaddrinfo(endpoint.address.c_str(), port.c_str(), &hints, &found);
     std::unique_ptr<addrinfo, FreeAddresses> const addresses(found);
     if (error != 0) {
         Fail(endpoint, std::string(gai_strerror(error)) + "; name an address with --listen");
@@ -94,7 +94,7 @@ Endpoint ParseEndpoint(std::string const& text) {
 }
 
 Descriptor Listen(Endpoint const& endpoint) {
-    Descriptor listener = Bind(endpoint);
+    Descriptor listener = Bind(endpoint, endpoint.port);
     // Accepted connections take this over.
     int const size = sendBufferBytes;
     setsockopt(listener.Get(), SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
@@ -108,7 +108,7 @@ Descriptor Listen(Endpoint const& endpoint) {
 }
 
 void CheckAddress(Endpoint const& endpoint) {
-    Bind({endpoint.address, "0"});
+    Bind(endpoint, "0");
 }
 
 std::string ShownAddress(Endpoint const& endpoint, int listener) {

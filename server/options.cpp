@@ -2,10 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <exception>
 #include <iostream>
 #include <sstream>
+#include <string>
 #include <system_error>
 #include <type_traits>
 
@@ -123,6 +125,22 @@ void AddOptions(CLI::App& command, Options& options) {
                      "state folder\nand log file can be written");
 }
 
+bool IsGiven(std::string const& option, int argc, char const* const* argv) {
+    return std::any_of(argv + 1, argv + argc, [&](std::string const& argument) {
+        return argument.substr(0, argument.find('=')) == option;
+    });
+}
+
+// The fault of an option, under the name of its environment variable where that was wrong.
+std::string Told(std::string const& fault, CLI::App const& command, int argc,
+                 char const* const* argv) {
+    std::string const name = fault.substr(0, fault.find(':'));
+    CLI::Option const* const option = command.get_option_no_throw(name);
+    bool const isVariable =
+        option != nullptr && !option->get_envname().empty() && !IsGiven(name, argc, argv);
+    return isVariable ? option->get_envname() + fault.substr(name.size()) : fault;
+}
+
 }  // namespace
 
 Options ParseOptions(int argc, char const* const* argv, std::optional<int>& exitCode) {
@@ -140,7 +158,8 @@ Options ParseOptions(int argc, char const* const* argv, std::optional<int>& exit
         if (error.get_exit_code() == 0) {
             exitCode = command.exit(error);  // --help, --version
         } else {
-            std::cerr << "quillo-serve: " << error.what() << "\n" << usage;
+            std::cerr << "quillo-serve: " << Told(error.what(), command, argc, argv) << "\n"
+                      << usage;
             exitCode = 2;
         }
     }

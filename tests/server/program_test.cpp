@@ -125,7 +125,6 @@ TEST(Program, VersionIsPrinted) {
 }
 
 TEST(Program, EnvironmentStandsInForOptions) {
-    EXPECT_EQ(RunToEnd({}, {"QUILLO_WORKERS=none"}).exitCode, 2);
     TempFolder const folder;
     Program program({"--listen", "127.0.0.1:0"},
                     {"QUILLO_LISTEN=wrong", "QUILLO_STATE_DIR=" + folder.path + "/state",
@@ -134,6 +133,19 @@ TEST(Program, EnvironmentStandsInForOptions) {
     int const port = std::stoi(line.substr(line.rfind(':') + 1));
     EXPECT_EQ(Ask(port, "GET /process HTTP/1.1\r\nHost: device.example\r\n\r\n").status, 200);
     EXPECT_TRUE(std::filesystem::is_directory(folder.path + "/state"));
+}
+
+TEST(Program, WrongEnvironmentVariableIsNamed) {
+    Outcome const outcome = RunToEnd({}, {"QUILLO_WORKERS=none"});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_TRUE(Holds(outcome.errors,
+                      "quillo-serve: QUILLO_WORKERS: 'none' is not a whole number from 1 to 64\n"))
+        << outcome.errors;
+    for (std::vector<std::string> const& arguments :
+         {std::vector<std::string>{"--workers=some"}, {"--workers", "some"}}) {
+        Outcome const given = RunToEnd(arguments, {"QUILLO_WORKERS=2"});
+        EXPECT_TRUE(Holds(given.errors, "quillo-serve: --workers: 'some' is not")) << given.errors;
+    }
 }
 
 TEST(Program, AddressIsPrinted) {
@@ -203,9 +215,10 @@ TEST(Program, CheckTellsWhetherTheSettingsAreInOrder) {
     EXPECT_EQ(good.exitCode, 0);
     EXPECT_EQ(good.output, "quillo-serve: the settings are in order\n");
     EXPECT_EQ(good.errors, "");
-    EXPECT_EQ(
-        RunToEnd({"--check", "--listen", "192.0.2.1:80", "--state-dir", server.Folder()}).exitCode,
-        1);
+    Outcome const foreign =
+        RunToEnd({"--check", "--listen", "192.0.2.1:80", "--state-dir", server.Folder()});
+    EXPECT_EQ(foreign.exitCode, 1);
+    EXPECT_TRUE(Holds(foreign.errors, "cannot listen on 192.0.2.1:80: ")) << foreign.errors;
     EXPECT_EQ(RunToEnd({"--check", "--state-dir", "/proc"}).exitCode, 1);
     EXPECT_EQ(
         RunToEnd({"--check", "--state-dir", server.Folder(), "--log-file", "/proc/none"}).exitCode,
