@@ -48,6 +48,15 @@ void* operator new(std::size_t size) {
     return block + 1;
 }
 
+// The sanitizers and valgrind have one of their own, whose blocks do not begin with their size.
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    try {
+        return operator new(size);
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* memory) noexcept {
     if (memory != nullptr) {
         auto* const block = static_cast<std::max_align_t*>(memory) - 1;

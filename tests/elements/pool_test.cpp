@@ -53,7 +53,7 @@ __attribute__((noinline)) void* operator new(std::size_t size) {
     return block;
 }
 
-// The sanitizer has one of its own, whose blocks are not for std::free.
+// The sanitizers and valgrind have one of their own, whose blocks are not for std::free.
 void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
     try {
         return operator new(size);
