@@ -401,6 +401,14 @@ TEST_F(StreamsTest, AReportMayTakeTheBufferOfTheStreamAway) {
     EXPECT_TRUE(stream.bad());
 }
 
+TEST_F(StreamsTest, AStreamThatAReportOfATagMakesFailGetsNeitherTagNorText) {
+    std::ostringstream stream;
+    Platform().onLogEntry = [&] { stream.setstate(std::ios_base::failbit); };
+    Renderer r(stream);
+    (Tag("form") << Text("text", false)).impl->Render(r, 0);
+    EXPECT_EQ(stream.str(), "");
+}
+
 // Refuses one write, and takes what comes behind it.
 class RefusingBuffer : public std::streambuf {
 public:
@@ -421,10 +429,12 @@ private:
 };
 
 TEST_F(StreamsTest, WhatStandsBehindARefusedWriteIsNotWritten) {
+    isDebug = true;  // for the indentation
     for (std::size_t const size : {300U, 600U}) {
         std::string const value(size, 'x');
         Element const tree =
-            Div().SetAttr("a", value).SetAttr("b", "y").SetAttr("c", value).SetAttr("d", "z");
+            Div().SetAttr("a", value).SetAttr("b", "y").SetAttr("c", value).SetAttr("d", "z")
+            << Br();
         std::string const page = Html(tree);
         std::string text;
         for (int writes = 0; text != page; ++writes) {
