@@ -93,6 +93,28 @@ void SeeLength(std::string const& value, Seen& seen) {
     }
 }
 
+// Whether the value of one of the cookies is a quotation mark alone. A comma or a semicolon between
+// two of them is part of a value.
+bool HasLoneQuote(std::string const& cookies) {
+    bool isValue = false, isQuoted = false;
+    std::string value;
+    for (char const c : cookies + ";") {
+        if ((c == ';' || c == ',') && !isQuoted) {
+            if (isValue && value == "\"") {
+                return true;
+            }
+            isValue = false;
+        } else if (isValue) {
+            value += c;
+            isQuoted = isQuoted != (c == '"');
+        } else if (c == '=') {
+            isValue = true;
+            value.clear();
+        }
+    }
+    return isValue && value == "\";";
+}
+
 void SeeField(std::string const& line, Seen& seen) {
     std::size_t const colon = line.find(':');
     bool const isText = std::all_of(line.begin(), line.end(), [](char c) {
@@ -115,6 +137,8 @@ void SeeField(std::string const& line, Seen& seen) {
         ++seen.hosts;
     } else if (name == "expect") {
         seen.isContinueExpected = Lowered(value) == "100-continue";
+    } else if (name == "cookie" && HasLoneQuote(value)) {
+        seen.refusal = 400;
     }
 }
 
