@@ -6,6 +6,8 @@
 // same is looked at after each of these runs:
 //
 //     the library throws nothing but std::bad_alloc, and what it throws with memory
+//     a test that fails was told by std::bad_alloc, unless it was in a report, a stream or a
+//     destructor that memory ran out first
 //     every allocation that the library made for the test is released
 //     no descriptor was left open
 //     `debugMsgs` holds pairs of a text and a line break
@@ -87,6 +89,7 @@ bool HasHalfReport() {
 struct Outcome {
     bool passed = false;
     bool hasFailed = false;  // an allocation did
+    bool hasToTell = false;  // of the first that did
     bool hasHalfReport = false;
     char const* thrown = nullptr;  // by the library, but for std::bad_alloc
     std::string broken;            // what must hold without memory, and does not
@@ -151,6 +154,7 @@ Outcome RunTest(std::string const& name, long failBehind, Failure kind) {
     alarm(0);
     listeners.Release(&run);
     run.outcome.hasFailed = LibraryMemory::HasFailed();
+    run.outcome.hasToTell = LibraryMemory::HasToTell();
     run.outcome.thrown = LibraryMemory::WhatWasThrown();
     run.outcome.kept = LibraryMemory::WhatIsKept();
     run.outcome.descriptors = OpenDescriptors();
@@ -193,6 +197,9 @@ std::string Verdict(Outcome const& run, Outcome const& next, Outcome const& whol
     }
     if (run.thrown != nullptr && run.thrown != whole.thrown) {
         return std::string("the library throws ") + run.thrown;
+    }
+    if (run.hasToTell && !run.passed && run.failures.find("std::bad_alloc") == std::string::npos) {
+        return "memory ran out, and nobody was told:\n" + run.failures;
     }
     if (run.hasHalfReport && !whole.hasHalfReport) {
         return "a report is there in part";

@@ -5,8 +5,11 @@
 #include <link.h>
 #include <unwind.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <iterator>
 #include <new>
 #include <typeinfo>
 
@@ -32,6 +35,7 @@ struct alignas(std::max_align_t) Head {
 long allowance = everything;
 Failure kind = Failure::Once;
 bool hasFailed = false;
+bool hasToTell = false;
 char const* thrown = nullptr;
 Kept kept = {0, 0};
 
@@ -90,10 +94,37 @@ bool IsLibrarys(std::uintptr_t caller) {
     return walk.endsInLibrary;
 }
 
+// Parts of the names of functions that say nothing of memory that runs out in them. A stream turns
+// bad, a report is in the log by then, and an element's destructor has nobody to tell.
+char const* const silentFunctions[] = {"_ZNSo", "basic_stringbuf", "Diagnostics12AppendReport",
+                                       "Diagnostics5Trace", "ElementImplD"};
+
+_Unwind_Reason_Code LookForSilence(_Unwind_Context* context, void* given) {
+    Dl_info function;
+    void const* const address = reinterpret_cast<void const*>(_Unwind_GetIP(context) - 1);
+    bool const isNamed = dladdr(address, &function) != 0 && function.dli_sname != nullptr;
+    bool const isSilent =
+        isNamed &&
+        std::any_of(std::begin(silentFunctions), std::end(silentFunctions), [&](char const* part) {
+            return std::strstr(function.dli_sname, part) != nullptr;
+        });
+    *static_cast<bool*>(given) = isSilent;
+    return isSilent ? _URC_END_OF_STACK : _URC_NO_REASON;
+}
+
+bool MayFailInSilence() {
+    bool isSilent = false;
+    _Unwind_Backtrace(LookForSilence, &isSilent);
+    return isSilent;
+}
+
 // Counts one allocation of the library's, and tells whether it is one that fails.
 bool FailsNow() {
     bool const fails = allowance == 0;
-    hasFailed = hasFailed || fails;
+    if (fails && !hasFailed) {
+        hasFailed = true;
+        hasToTell = !MayFailInSilence();
+    }
     if (allowance > 0 || (fails && kind == Failure::Once)) {
         --allowance;
     }
@@ -152,6 +183,7 @@ void FailBehind(long allocations, Failure failure) {
     allowance = allocations;
     kind = failure;
     hasFailed = false;
+    hasToTell = false;
     thrown = nullptr;
 }
 
@@ -161,6 +193,10 @@ void Succeed() {
 
 bool HasFailed() {
     return hasFailed;
+}
+
+bool HasToTell() {
+    return hasToTell;
 }
 
 char const* WhatWasThrown() {

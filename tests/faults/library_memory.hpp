@@ -31,6 +31,10 @@ void Succeed();
 // Whether one failed since `FailBehind`.
 bool HasFailed();
 
+// Whether the first that failed was for something else than a report, a stream or a destructor:
+// somebody has to be told of it.
+bool HasToTell();
+
 // The name of a type that the library has thrown since `FailBehind` and that is not std::bad_alloc,
 // as the compiler writes it; null: there was none. Whether the library caught it makes no
 // difference.
