@@ -8,6 +8,7 @@
 #include "host/phrase_context.hpp"
 #include "host/printable_text.hpp"
 #include "oracle.hpp"
+#include "pieces.hpp"
 
 using namespace QuilloHost;
 
@@ -124,44 +125,54 @@ void CheckPhrase(std::string const& context, std::string const& phrase) {
     }
 }
 
-// Reads a catalog that was found whole as one does that trusts it.
+// Reads a catalog to its end as one does that trusts it, and sees whether it can: whether every
+// byte that it wants is there, and every number is one that it can do with.
 class Reader {
 public:
     explicit Reader(std::string const& content) : bytes(content), isBig(bytes[0] == '\x95') {}
 
-    void ReadAll() const {
-        ExpectEqual(Word(0), std::uint32_t{0x950412de}, "catalog: the magic number");
+    bool CanReadAll() {
+        Need(Word(0) == 0x950412de && Word(4) / 65536 < 2);
         std::uint32_t const count = Word(8);
-        for (std::uint32_t i = 0; i < count; ++i) {
+        // A table of nothing has its place too.
+        Need(Word(12) <= bytes.size() && Word(16) <= bytes.size());
+        for (std::uint64_t i = 0; canRead && i < count; ++i) {
             ReadText(Word(12) + 8 * i);
             ReadText(Word(16) + 8 * i);
         }
-        for (std::uint32_t i = 0; i < Word(20); ++i) {
-            Expect(Word(Word(24) + 4 * i) <= count, "catalog: a hash is the number of a phrase");
+        std::uint32_t const hashes = Word(20);
+        Need(hashes != 1 && hashes != 2);
+        for (std::uint64_t i = 0; canRead && i < hashes; ++i) {
+            Need(Word(Word(24) + 4 * i) <= count);
         }
-        Expect(Word(20) != 1 && Word(20) != 2, "catalog: a hash table can be looked up in");
+        return canRead;
     }
 
 private:
-    std::uint32_t Word(std::size_t at) const {
+    void Need(bool holds) { canRead = canRead && holds; }
+
+    unsigned ByteAt(std::uint64_t at) {
+        Need(at < bytes.size());
+        return canRead ? static_cast<unsigned char>(bytes[static_cast<std::size_t>(at)]) : 0;
+    }
+
+    std::uint32_t Word(std::uint64_t at) {
         std::uint32_t word = 0;
-        for (std::size_t i = 0; i < 4; ++i) {
-            word |= std::uint32_t{static_cast<unsigned char>(bytes.at(at + i))}
-                    << 8 * (isBig ? 3 - i : i);
+        for (unsigned i = 0; i < 4; ++i) {
+            word |= ByteAt(at + i) << 8 * (isBig ? 3 - i : i);
         }
         return word;
     }
 
-    void ReadText(std::size_t row) const {
-        std::size_t const length = Word(row);
-        std::size_t const offset = Word(row + 4);
-        Expect(offset <= bytes.size() && length < bytes.size() - offset,
-               "catalog: a text lies within it");
-        ExpectEqual(bytes.at(offset + length), '\0', "catalog: a text has its end");
+    void ReadText(std::uint64_t row) {
+        std::uint64_t const length = Word(row);
+        std::uint64_t const offset = Word(row + 4);
+        Need(ByteAt(offset + length) == '\0');
     }
 
     std::string const& bytes;
     bool isBig;
+    bool canRead = true;
 };
 
 void Append(std::string& catalog, std::uint32_t word, bool isBig) {
@@ -184,6 +195,62 @@ std::string Catalog(Feed& feed, std::string const& rest) {
     return catalog + rest + std::string(1, '\0');
 }
 
+// A catalog of these texts and of the same ones backwards as their translations, without a fault:
+// head, texts, the two tables, and a hash table or none; the texts ahead of the tables or behind
+// them, with gaps.
+std::string WholeCatalog(Feed& feed, std::vector<std::string> const& texts) {
+    bool const isBig = feed.Bit();
+    bool const isHashed = feed.Bit();
+    bool const areTablesFirst = feed.Bit();
+    std::uint32_t const revision = feed.Below(2) << 16 | feed.Below(4);
+    std::string const gap(feed.Below(8), 'g');
+    auto const count = static_cast<std::uint32_t>(texts.size());
+    std::uint32_t const hashes = isHashed ? 3 + feed.Below(16) : 0;
+
+    std::string joined;
+    std::vector<std::uint32_t> offsets;
+    for (std::string const& text : texts) {
+        offsets.push_back(static_cast<std::uint32_t>(joined.size()));
+        joined += text + std::string(1, '\0');
+    }
+    auto const front = static_cast<std::uint32_t>(28 + gap.size());
+    auto const textsSize = static_cast<std::uint32_t>(joined.size() + gap.size());
+    std::uint32_t const tables = areTablesFirst ? front : front + textsSize;
+    std::uint32_t const textsAt = areTablesFirst ? front + 16 * count + 4 * hashes : front;
+    std::string table;
+    for (std::uint32_t i = 0; i < 2 * count; ++i) {
+        std::uint32_t const one = i < count ? i : 2 * count - 1 - i;
+        Append(table, static_cast<std::uint32_t>(texts[one].size()), isBig);
+        Append(table, textsAt + offsets[one], isBig);
+    }
+    for (std::uint32_t i = 0; i < hashes; ++i) {
+        Append(table, feed.Below(256) % (count + 1), isBig);
+    }
+    std::string catalog;
+    for (std::uint32_t const word : {0x950412deU, revision, count, tables, tables + 8 * count,
+                                     hashes, isHashed ? tables + 16 * count : 0}) {
+        Append(catalog, word, isBig);
+    }
+    joined += gap;
+    return catalog + gap + (areTablesFirst ? table + joined : joined + table);
+}
+
+void CheckCatalog(std::string const& catalog) {
+    ExpectEqual(DamageOf(catalog) == nullptr, Reader(catalog).CanReadAll(),
+                "catalog: it is whole when a reader that trusts it comes to its end");
+}
+
+// One that is whole; and then cut short, and with one byte changed.
+void CheckWholeCatalog(Feed& feed, std::vector<std::string> const& texts) {
+    std::string catalog = WholeCatalog(feed, texts);
+    ExpectEqual(DamageOf(catalog), static_cast<char const*>(nullptr), "catalog: a whole one");
+    CheckCatalog(catalog);
+    std::size_t const place = (feed.Byte() << 8 | feed.Byte()) % catalog.size();
+    CheckCatalog(catalog.substr(0, place));
+    catalog[place] = static_cast<char>(feed.Byte());
+    CheckCatalog(catalog);
+}
+
 }  // namespace
 
 void Check(std::string const& input) {
@@ -192,9 +259,7 @@ void Check(std::string const& input) {
     std::string const text = feed.Text();
     CheckLine(text);
     CheckPhrase(context, text);
-    for (std::string const& catalog : {input, Catalog(feed, text)}) {
-        if (DamageOf(catalog) == nullptr) {
-            Reader(catalog).ReadAll();
-        }
-    }
+    CheckCatalog(input);
+    CheckWholeCatalog(feed, text.empty() ? std::vector<std::string>() : Pieces(text, " \n"));
+    CheckCatalog(Catalog(feed, text));
 }

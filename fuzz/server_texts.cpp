@@ -8,6 +8,7 @@
 #include <static_files.hpp>
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 #include "digests.hpp"
@@ -124,25 +125,43 @@ void CheckHost(std::string const& host, std::string const& other) {
         "IsSameOrigin: of no other host");
 }
 
+// Digits, and no more than 65535 with any zeros ahead.
+bool IsPort(std::string const& text) {
+    std::size_t const zeros = std::min(text.find_first_not_of('0'), text.size());
+    std::string const number = text.substr(zeros);
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos &&
+           (number.size() < 5 || (number.size() == 5 && number <= "65535"));
+}
+
+// Address and port, read from the front: the brackets of an address that holds a ':' end at the
+// first ']', and any other address at the first ':'.
+std::optional<Texts> ReadEndpoint(std::string const& text) {
+    bool const isBracketed = text[0] == '[';
+    std::size_t const begin = isBracketed ? 1 : 0;
+    std::size_t const end = text.find(isBracketed ? ']' : ':');
+    if (end == std::string::npos) {
+        return std::nullopt;
+    }
+    std::string const address = text.substr(begin, end - begin);
+    std::string const rest = text.substr(end + begin);
+    bool const isWhole = !address.empty() && address.find_first_of("[]") == std::string::npos &&
+                         (!isBracketed || address.find(':') != std::string::npos);
+    bool const isTaken = isWhole && rest[0] == ':' && IsPort(rest.substr(1));
+    return isTaken ? std::optional<Texts>({address, rest.substr(1)}) : std::nullopt;
+}
+
 void CheckEndpoint(std::string const& text) {
+    std::optional<Texts> parsed;
     try {
         Endpoint const endpoint = ParseEndpoint(text);
-        bool const isBare = endpoint.address + ":" + endpoint.port == text;
-        bool const isBracketed = "[" + endpoint.address + "]:" + endpoint.port == text;
-        Expect(isBare || isBracketed, "ParseEndpoint: address and port are the text", text);
-        Expect(isBracketed == (endpoint.address.find(':') != std::string::npos),
-               "ParseEndpoint: brackets belong to IPv6", text);
-        Expect(!endpoint.port.empty() &&
-                   endpoint.port.find_first_not_of("0123456789") == std::string::npos &&
-                   std::stoul(endpoint.port) < 65536,
-               "ParseEndpoint: a port is one", text);
-    } catch (std::invalid_argument const&) {
-        std::string const port = text.substr(text.rfind(':') + 1);
-        bool const isGood = text.compare(0, 5, "host:") == 0 && text.rfind(':') == 4 &&
-                            !port.empty() && port.size() < 5 &&
-                            port.find_first_not_of("0123456789") == std::string::npos;
-        Expect(!isGood, "ParseEndpoint: a good endpoint is taken", text);
+        parsed = {endpoint.address, endpoint.port};
+    } catch (std::invalid_argument const& error) {
+        std::string const refused = "'" + text + "'";
+        Expect(std::string(error.what()).rfind(refused.c_str(), 0) == 0,
+               "ParseEndpoint: a refusal shows what it refuses", error.what());
     }
+    ExpectEqual(parsed, ReadEndpoint(text),
+                "ParseEndpoint: ADDRESS:PORT and [IPV6-ADDRESS]:PORT, and nothing else");
 }
 
 // The digests in a policy are those of the scripts that the library writes.
@@ -178,6 +197,7 @@ void CheckPolicy(std::string const& text) {
 void Check(std::string const& input) {
     Feed feed(input);
     unsigned const kind = feed.Below(4);
+    std::string const port = std::to_string(feed.Below(256) * 258);
     std::string const first = feed.Text();
     std::string const rest = feed.Rest();
     CheckTarget(first);
@@ -188,6 +208,11 @@ void Check(std::string const& input) {
     CheckTags(rest, first);
     CheckHost(first, rest);
     CheckHost(rest, "http://" + first);
-    CheckEndpoint(kind == 0 ? "host:" + first : first);
+    CheckEndpoint(first);
+    for (std::string const& end : {first, port}) {
+        CheckEndpoint("host:" + end);
+        CheckEndpoint("[::1]:" + end);
+        CheckEndpoint("[fd00::" + first + "]:" + end);
+    }
     CheckPolicy(kind == 1 ? "document." + first + ".focus();" : rest);
 }

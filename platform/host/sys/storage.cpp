@@ -19,6 +19,7 @@
 #include "host/contract.hpp"
 #include "host/sys/roots.hpp"
 #include "host/sys/space_probe.hpp"
+#include "host/sys/storage.hpp"
 #include "host/sys/sys_objects.hpp"
 #include "host/sys/text_file.hpp"
 
@@ -101,15 +102,9 @@ bool IsShown(Mount const& mount, std::vector<Mount> const& shown) {
                        [&](Mount const& other) { return other.number == mount.number; });
 }
 
-// The probe remembers what hangs, so there is one for the process.
-SpaceProbe& Probe() {
-    static SpaceProbe probe(AskFileSystem, std::chrono::seconds(1));
-    return probe;
-}
-
 // The record of a mount; nothing for a file system without blocks.
-std::optional<Record> MakeRecord(Mount const& mount) {
-    std::optional<Space> const space = Probe().SpaceAt(mount.place);
+std::optional<Record> MakeRecord(Mount const& mount, SpaceProbe& probe) {
+    std::optional<Space> const space = probe.SpaceAt(mount.place);
     if (!space) {
         return Record{mount.place,  mount.device, mount.type,
                       std::nullopt, std::nullopt, std::nullopt};
@@ -127,7 +122,13 @@ std::optional<Record> MakeRecord(Mount const& mount) {
 
 }  // namespace
 
+// The probe remembers what hangs, so there is one for the process.
 std::optional<Table> ReadStorage() {
+    static SpaceProbe probe(AskFileSystem, std::chrono::seconds(1));
+    return ReadStorage(probe);
+}
+
+std::optional<Table> ReadStorage(SpaceProbe& probe) {
     std::string const path = MachineRoots().proc + "/self/mountinfo";
     std::optional<std::string> const text = ReadText(path);
     if (!text) {
@@ -140,7 +141,7 @@ std::optional<Table> ReadStorage() {
         if (IsKernelType(mount.type) || IsShown(mount, shown)) {
             continue;
         }
-        std::optional<Record> const record = MakeRecord(mount);
+        std::optional<Record> const record = MakeRecord(mount, probe);
         if (record) {
             shown.push_back(mount);
             table.records.push_back(*record);
