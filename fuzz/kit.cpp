@@ -172,9 +172,13 @@ std::string StyleValue(std::string const& text) {
         unsigned const byte = static_cast<unsigned char>(c);
         std::string const word(1 + byte / 32, letters[byte % letters.size()]);
         std::string const digits = std::to_string(100 + byte);
-        value += byte % 3 == 0   ? word + "-" + word
-                 : byte % 3 == 1 ? "#" + digits + (byte % 2 == 0 ? digits : "")
-                                 : digits + units[byte / 32];
+        if (byte % 3 == 0) {
+            value.append(word).append("-").append(word);
+        } else if (byte % 3 == 1) {
+            value.append("#").append(digits).append(byte % 2 == 0 ? digits : "");
+        } else {
+            value.append(digits).append(units[byte / 32]);
+        }
         value += byte % 2 == 0 ? " " : "  ";
     }
     return value;

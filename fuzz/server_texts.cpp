@@ -209,10 +209,10 @@ void Check(std::string const& input) {
     CheckHost(first, rest);
     CheckHost(rest, "http://" + first);
     CheckEndpoint(first);
-    for (std::string const& end : {first, port}) {
-        CheckEndpoint("host:" + end);
-        CheckEndpoint("[::1]:" + end);
-        CheckEndpoint("[fd00::" + first + "]:" + end);
+    for (std::string const& address : {std::string("host"), std::string("[::1]"),
+                                       std::string("[fd00::").append(first).append("]")}) {
+        CheckEndpoint(address + ":" + first);
+        CheckEndpoint(address + ":" + port);
     }
     CheckPolicy(kind == 1 ? "document." + first + ".focus();" : rest);
 }
