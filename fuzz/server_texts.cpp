@@ -211,8 +211,8 @@ void Check(std::string const& input) {
     CheckEndpoint(first);
     for (std::string const& address : {std::string("host"), std::string("[::1]"),
                                        std::string("[fd00::").append(first).append("]")}) {
-        CheckEndpoint(address + ":" + first);
-        CheckEndpoint(address + ":" + port);
+        CheckEndpoint(std::string(address).append(":").append(first));
+        CheckEndpoint(std::string(address).append(":").append(port));
     }
     CheckPolicy(kind == 1 ? "document." + first + ".focus();" : rest);
 }
