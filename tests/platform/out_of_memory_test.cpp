@@ -29,9 +29,9 @@ namespace {
 char const longName[] = "a name that is too long to be kept without memory from the heap";
 
 // Fails the first allocation of `work`, the second and so on, up to a run in which all succeed;
-// hands `check` whether one failed.
+// hands `check` whether one failed. Returns how many did.
 template <class Work, class Check>
-int FailEach(Work work, Check check, FailingMemory::Failure kind = FailingMemory::AllFromThenOn) {
+int FailEach(Work work, Check check, FailingMemory::Failure kind) {
     for (int allowed = 0;; ++allowed) {
         FailingMemory::Allow(allowed, kind);
         work();
@@ -42,6 +42,15 @@ int FailEach(Work work, Check check, FailingMemory::Failure kind = FailingMemory
             return allowed;
         }
     }
+}
+
+// The same with all allocations behind that one failing, too, and then with that one alone. Returns
+// how many failed in the first way.
+template <class Work, class Check>
+int FailEach(Work work, Check check) {
+    int const failures = FailEach(work, check, FailingMemory::AllFromThenOn);
+    FailEach(work, check, FailingMemory::Once);
+    return failures;
 }
 
 TEST(OutOfMemory, TheLogStillWritesTheEntry) {
@@ -309,21 +318,25 @@ TEST_F(OutOfMemoryStore, ASettingIsReadOrTheCallFails) {
 TEST_F(OutOfMemoryStore, ASettingIsDeclaredOrIsNotThere) {
     std::string const value = "a default value that takes memory, too";
     CapturedStderr const captured;
-    int number = 0;
-    int const failures = FailEach(
-        [&] {
-            try {
-                QuilloHost::DeclareSetting(longName, value);
-            } catch (std::bad_alloc const&) {
-                FailingMemory::AllowAll();
-            }
-        },
-        [&](bool hasFailed) {
-            EXPECT_EQ(Cfg_GetBoolAttrValue(longName, &number),
-                      hasFailed ? QuilloHost::ConfigStatus_UnknownName
-                                : QuilloHost::ConfigStatus_NotBoolean);
-        });
-    EXPECT_GT(failures, 1);
+    for (FailingMemory::Failure const kind : kinds) {
+        std::string const name = longName + std::to_string(kind);
+        int number = 0;
+        int const failures = FailEach(
+            [&] {
+                try {
+                    QuilloHost::DeclareSetting(name, value);
+                } catch (std::bad_alloc const&) {
+                    FailingMemory::AllowAll();
+                }
+            },
+            [&](bool hasFailed) {
+                EXPECT_EQ(Cfg_GetBoolAttrValue(name.c_str(), &number),
+                          hasFailed ? QuilloHost::ConfigStatus_UnknownName
+                                    : QuilloHost::ConfigStatus_NotBoolean);
+            },
+            kind);
+        EXPECT_GT(failures, 1);
+    }
 }
 
 TEST_F(OutOfMemoryStore, ASettingIsSetOrStaysAsItWas) {
