@@ -9,36 +9,13 @@
 #include <stdexcept>
 
 #include "device/device_fixture.hpp"
+#include "support/flushed_text.hpp"
 
 using namespace Quillo;
 
 namespace {
 
 typedef std::vector<std::vector<std::string>> Rows;
-
-// How often a service flushes what it writes.
-enum class Flush { Never, EveryLine, EveryTwoKibibytes };
-
-// Lines of 64 bytes.
-std::string AnswerOf(std::size_t size) {
-    std::string text = Pattern(size);
-    for (std::size_t end = 63; end < size; end += 64) {
-        text[end] = '\n';
-    }
-    return text;
-}
-
-// Stops at the first write that fails.
-void Write(std::FILE* out, std::string const& answer, Flush flush) {
-    std::size_t const step = flush == Flush::EveryLine ? 64 : 2048;
-    for (std::size_t done = 0; done < answer.size(); done += step) {
-        std::size_t const count = std::min(step, answer.size() - done);
-        bool const isWritten = std::fwrite(answer.data() + done, 1, count, out) == count;
-        if (!isWritten || (flush != Flush::Never && std::fflush(out) != 0)) {
-            return;
-        }
-    }
-}
 
 class ServiceTroubleTest : public DeviceTest {
 protected:
@@ -54,7 +31,7 @@ protected:
     std::string Ask(std::string const& answer, Flush flush) {
         LoaReq request(app);
         EXPECT_EQ(request.Init(), 0);
-        Write(app.out, answer, flush);
+        WriteFlushed(app.out, answer, flush);
         return request.Finish();
     }
 };
@@ -68,9 +45,9 @@ TEST_F(ServiceTroubleTest, AnAnswerThatFitsIsWholeAndALargerOneIsCutShort) {
              {std::size_t{0}, std::size_t{1}, std::size_t{255}, std::size_t{256}, std::size_t{4095},
               std::size_t{4096}, std::size_t{4097}, std::size_t{65535}, std::size_t{65536},
               std::size_t{65537}, mebibyte - 1, mebibyte}) {
-            std::string const answer = AnswerOf(size);
+            std::string const answer = LinesOf(size);
             std::size_t const fitting = std::min(size, static_cast<std::size_t>(capacity));
-            for (Flush const flush : {Flush::Never, Flush::EveryLine, Flush::EveryTwoKibibytes}) {
+            for (Flush const flush : everyFlush) {
                 std::string const text = Ask(answer, flush);
                 EXPECT_EQ(text.size(), fitting)
                     << size << " bytes, pipe of " << capacity << ", " << static_cast<int>(flush);
@@ -84,10 +61,10 @@ TEST_F(ServiceTroubleTest, AnAnswerThatFitsIsWholeAndALargerOneIsCutShort) {
 
 TEST_F(ServiceTroubleTest, AFullPipeThatIsGivenUpIsEmptiedByNobody) {
     HavePipe(4096);
-    for (Flush const flush : {Flush::Never, Flush::EveryLine, Flush::EveryTwoKibibytes}) {
+    for (Flush const flush : everyFlush) {
         LoaReq request(app);
         EXPECT_EQ(request.Init(), 0);
-        Write(app.out, AnswerOf(3 * 4096), flush);
+        WriteFlushed(app.out, LinesOf(3 * 4096), flush);
     }
     EXPECT_EQ(Opened(), std::set<int>());
 }

@@ -10,6 +10,8 @@
 #include "platform/capture_pipe.hpp"
 #include "platform/captured_stderr.hpp"
 #include "platform/plain_user.hpp"
+#include "support/flushed_text.hpp"
+#include "support/hang_guard.hpp"
 
 namespace {
 
@@ -143,6 +145,53 @@ TEST_F(LargePipe, CountsAFirstPageThatIsReadInPart) {
     pipe.ReadSome(PageSize() - 1);  // a page and a byte are left, in two pages
     EXPECT_FALSE(WriteAnswer(pipe.out, Text(size - PageSize() - 1), "thing"));
     EXPECT_EQ(pipe.Unread(), PageSize() + 1);
+}
+
+// A pipe that makes its writer wait when it is full, and that nobody reads before the answer is
+// written.
+class BlockingPipe {
+public:
+    explicit BlockingPipe(std::size_t capacity) {
+        EXPECT_TRUE(pipe.SetCapacity(capacity));
+        EXPECT_EQ(fcntl(fileno(pipe.out), F_GETFL) & O_NONBLOCK, 0);
+    }
+
+    // The answer is written behind `ahead` as a whole, or there is an entry and none of it.
+    void Expect(std::string const& ahead, Flush flush, std::string const& answer) {
+        CapturedStderr const captured;
+        WriteFlushed(pipe.out, ahead, flush);
+        bool const isWritten = WriteAnswer(pipe.out, answer, "thing");
+        bool const isMuch = answer.size() > LargestPipe() / 2;
+        EXPECT_TRUE(isWritten || isMuch) << captured.Text();
+        if (ahead.empty()) {
+            EXPECT_EQ(isWritten, answer.size() <= LargestPipe());
+        }
+        std::string const entry = "thing: the answer takes " + std::to_string(answer.size());
+        EXPECT_EQ(captured.Text().find(entry) == std::string::npos, isWritten) << captured.Text();
+        EXPECT_TRUE(pipe.Finish() == ahead + (isWritten ? answer : ""));
+    }
+
+private:
+    HangGuard const guard;
+    CapturePipe pipe;
+};
+
+TEST(FullPipe, TakesAnAnswerWholeOrNotAtAll) {
+    constexpr std::size_t mebibyte = 1024 * 1024;
+    PlainUser const user;
+    for (std::size_t const capacity : {std::size_t{4096}, std::size_t{65536}, mebibyte}) {
+        for (std::size_t const size :
+             {std::size_t{0}, std::size_t{1}, capacity - 1, capacity, capacity + 1, mebibyte}) {
+            for (std::size_t const ahead : {0U, 1U, 192U, 4096U}) {
+                for (Flush const flush : everyFlush) {
+                    SCOPED_TRACE(testing::Message()
+                                 << size << " bytes behind " << ahead << ", pipe of " << capacity
+                                 << ", flush " << static_cast<int>(flush));
+                    BlockingPipe(capacity).Expect(LinesOf(ahead), flush, Text(size));
+                }
+            }
+        }
+    }
 }
 
 TEST(AnswerStream, WritesNothingForAnEmptyAnswer) {
