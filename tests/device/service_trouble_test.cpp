@@ -1,11 +1,8 @@
 // Services that do not behave: the capture channel still ends, and leaves nothing behind.
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
-#include <optional>
 #include <stdexcept>
 
 #include "device/device_fixture.hpp"
@@ -116,40 +113,44 @@ TEST_F(ServiceTroubleTest, AGetFunctionThatThrowsLeavesTheServersStream) {
     EXPECT_EQ(TranslatePhrase(app, "Storage", LoaContext_Html), "Speicher");
 }
 
-// A child of the service that lives until it is told to end, with all descriptors of its own.
-class LeftBehind {
-public:
-    LeftBehind() : pid(fork()) {
-        if (pid == 0) {
-            alarm(20);
-            for (;;) {
-                pause();
-            }
-        }
-    }
-    LeftBehind(LeftBehind const&) = delete;
-    LeftBehind& operator=(LeftBehind const&) = delete;
-    ~LeftBehind() {
-        kill(pid, SIGKILL);
-        waitpid(pid, nullptr, 0);
-    }
+void CloseDescriptor(ZOV_AppData* request, char* flushed) {
+    std::fputs(flushed, request->out);
+    std::fflush(request->out);
+    std::fputs("lost", request->out);
+    EXPECT_EQ(close(fileno(request->out)), 0);
+}
 
-    bool IsAlive() const { return waitpid(pid, nullptr, WNOHANG) == 0; }
-
-private:
-    pid_t const pid;
-};
-
-TEST_F(ServiceTroubleTest, AChildThatHoldsThePipeOpenIsNotWaitedFor) {
-    for (std::size_t const size : {0U, 1U, 255U, 256U, 300U, 512U}) {
-        std::optional<LeftBehind> child;
-        Platform().onTranslate = [&](std::string const&) {
-            child.emplace();
-            return Pattern(size);
+TEST_F(ServiceTroubleTest, AServiceThatClosesItsDescriptorHasAnsweredWhatItFlushed) {
+    Platform().answer = "";
+    struct {
+        std::string flushed;
+        Rows rows;
+    } table[] = {{"", {}}, {"lo\n", {{"lo"}}}, {"lo\neth0\n", {{"lo"}, {"eth0"}}}};
+    for (auto& row : table) {
+        Platform().onFormat = [&](ZOV_AppData* request) {
+            CloseDescriptor(request, row.flushed.data());
         };
-        EXPECT_EQ(TranslatePhrase(app, "Storage", LoaContext_Html), Pattern(size));
-        ASSERT_TRUE(child->IsAlive()) << size;
+        EXPECT_EQ(
+            InvokeLoaGetFunction(app, CloseDescriptor, "f", row.flushed.c_str(), LoaContext_Html),
+            row.flushed);
+        EXPECT_EQ(app.out, serverOut);
+        Rows rows = {{"old"}};
+        EXPECT_EQ(GetObject(app, ObjectType_Sys, "interfaces", {"name"}, rows), 0);
+        EXPECT_EQ(rows, row.rows);
+        EXPECT_EQ(app.out, serverOut);
     }
+    EXPECT_EQ(Reports(), std::vector<Report>());
+}
+
+TEST_F(ServiceTroubleTest, ARequestThatIsGivenUpBehindAClosedDescriptorLeavesNothing) {
+    Platform().onFormat = [](ZOV_AppData* request) { EXPECT_EQ(close(fileno(request->out)), 0); };
+    Platform().answer = "lost";
+    Platform().formatResult = 1;
+    Rows rows = {{"old"}};
+    EXPECT_EQ(GetObject(app, ObjectType_Sys, "interfaces", {"name"}, rows), 1);
+    EXPECT_EQ(rows, Rows());
+    EXPECT_EQ(app.out, serverOut);
+    EXPECT_EQ(Opened(), std::set<int>());
 }
 
 }  // namespace
