@@ -12,6 +12,10 @@ namespace {
 
 char const loaReqFile[] = "src/device/loa_req.cpp";
 
+constexpr int closeErrors[] = {EBADF, EDQUOT, EINTR, EIO, ENOSPC};
+constexpr int fcloseErrors[] = {EAGAIN, EBADF,  EDQUOT, EFBIG, EINTR,
+                                EIO,    ENOMEM, ENOSPC, ENXIO, EPIPE};
+
 std::string LogLine(std::string const& message) {
     return std::string("log error ") + loaReqFile + ": " + message;
 }
@@ -145,7 +149,7 @@ TEST_F(LoaReqSyscallsTest, APipeThatDoesNotTellItsStateIsReadAllTheSame) {
 }
 
 TEST_F(LoaReqSyscallsTest, AStreamThatFailsToCloseIsGoneWithWhatItHadBuffered) {
-    for (int error : {EAGAIN, EBADF, EDQUOT, EFBIG, EINTR, EIO, ENOSPC, EPIPE}) {
+    for (int error : fcloseErrors) {
         Platform() = RecordingPlatform();
         calls.fcloseError = error;
         EXPECT_EQ(Ask("text"), "");
@@ -161,7 +165,7 @@ TEST_F(LoaReqSyscallsTest, AStreamThatFailsToCloseIsGoneWithWhatItHadBuffered) {
 }
 
 TEST_F(LoaReqSyscallsTest, ADescriptorThatFailsToCloseIsClosedOnce) {
-    for (int error : {EDQUOT, EINTR, EIO, ENOSPC}) {
+    for (int error : closeErrors) {
         Platform() = RecordingPlatform();
         calls.closeError = error;
         EXPECT_EQ(Ask("text"), "text");
@@ -171,6 +175,50 @@ TEST_F(LoaReqSyscallsTest, ADescriptorThatFailsToCloseIsClosedOnce) {
         EXPECT_EQ(Opened(), std::set<int>());
     }
     EXPECT_EQ(Reports(), std::vector<Report>());
+}
+
+TEST_F(LoaReqSyscallsTest, ARefusedStreamsEndsAreClosedOnceThoughThatFails) {
+    calls.fdopenError = ENOMEM;
+    for (int error : closeErrors) {
+        Platform() = RecordingPlatform();
+        debugMsgs = Div();
+        calls.closeError = error;
+        {
+            LoaReq request(app);
+            EXPECT_EQ(request.Init(), 1);
+        }
+        std::string const message = std::string("Init: fdopen() failed - ") + std::strerror(ENOMEM);
+        EXPECT_EQ(Platform().trace, (Lines{"pipe2", "fdopen write end, w", LogLine(message),
+                                           "close read end", "close write end"}));
+        EXPECT_EQ(Reports().size(), 1U);
+        EXPECT_EQ(app.out, serverOut);
+        EXPECT_EQ(Opened(), std::set<int>());
+    }
+}
+
+TEST_F(LoaReqSyscallsTest, AGivenUpRequestIsClosedOnceThoughThatFails) {
+    for (int const initializeResult : {0, 1}) {
+        for (int const fcloseError : fcloseErrors) {
+            for (int const closeError : closeErrors) {
+                Platform() = RecordingPlatform();
+                Platform().initializeResult = initializeResult;
+                calls.fcloseError = fcloseError;
+                calls.closeError = closeError;
+                {
+                    LoaReq request(app);
+                    EXPECT_EQ(request.Init(), initializeResult);
+                    std::fputs("never read", app.out);
+                }
+                Lines const& trace = Platform().trace;
+                ASSERT_GE(trace.size(), 2U);
+                EXPECT_EQ(trace[trace.size() - 2], "close read end");
+                EXPECT_EQ(trace.back(), "fclose stream");
+                EXPECT_EQ(std::count(trace.begin(), trace.end(), "close read end"), 1);
+                EXPECT_EQ(app.out, serverOut);
+                EXPECT_EQ(Opened(), std::set<int>());
+            }
+        }
+    }
 }
 
 // What one request gives whose reads go as scripted: the text, and the report.

@@ -17,7 +17,7 @@ typedef std::vector<std::vector<std::string>> Rows;
 class ServiceTroubleTest : public DeviceTest {
 protected:
     // A pipe of `capacity` bytes, whose write end does not wait for a reader.
-    void HavePipe(int capacity) {
+    static void HavePipe(int capacity) {
         Platform().onInitialize = [capacity](ZOV_AppData* request) {
             int const fd = fileno(request->out);
             EXPECT_GE(fcntl(fd, F_SETPIPE_SZ, capacity), capacity);
@@ -33,7 +33,7 @@ protected:
     }
 };
 
-constexpr std::size_t mebibyte = 1024 * 1024;
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 
 TEST_F(ServiceTroubleTest, AnAnswerThatFitsIsWholeAndALargerOneIsCutShort) {
     for (int const capacity : {4096, 65536, 1048576}) {
@@ -61,7 +61,7 @@ TEST_F(ServiceTroubleTest, AFullPipeThatIsGivenUpIsEmptiedByNobody) {
     for (Flush const flush : everyFlush) {
         LoaReq request(app);
         EXPECT_EQ(request.Init(), 0);
-        WriteFlushed(app.out, LinesOf(3 * 4096), flush);
+        WriteFlushed(app.out, LinesOf(std::size_t{3} * 4096), flush);
     }
     EXPECT_EQ(Opened(), std::set<int>());
 }

@@ -177,7 +177,7 @@ private:
 };
 
 TEST(FullPipe, TakesAnAnswerWholeOrNotAtAll) {
-    constexpr std::size_t mebibyte = 1024 * 1024;
+    constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
     PlainUser const user;
     for (std::size_t const capacity : {std::size_t{4096}, std::size_t{65536}, mebibyte}) {
         for (std::size_t const size :

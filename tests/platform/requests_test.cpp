@@ -29,7 +29,7 @@ namespace {
 
 typedef std::vector<std::vector<std::string>> Rows;
 
-constexpr std::size_t mebibyte = 1024 * 1024;
+constexpr std::size_t mebibyte = std::size_t{1024} * 1024;
 
 // What is done to a request's pipe ahead of its answer.
 std::function<void(std::FILE* out)> onPipe;
