@@ -28,6 +28,9 @@ public:
     LeftBehind() {
         EXPECT_EQ(pipe2(gate, O_CLOEXEC), 0);
         pid = fork();
+        if (pid < 0) {
+            std::abort();
+        }
         if (pid == 0) {
             alarm(20);
             close(gate[1]);
@@ -39,10 +42,10 @@ public:
     LeftBehind(LeftBehind const&) = delete;
     LeftBehind& operator=(LeftBehind const&) = delete;
     ~LeftBehind() {
-        close(gate[1]);
         if (!hasEnded) {
             kill(pid, SIGKILL);
             waitpid(pid, nullptr, 0);
+            close(gate[1]);
         }
     }
 
@@ -51,7 +54,6 @@ public:
     // Has it call exit(), which writes what is in its streams' buffers. Whether it got there.
     bool Exits() {
         close(gate[1]);
-        gate[1] = -1;
         int status = 0;
         hasEnded = waitpid(pid, &status, 0) == pid;
         return hasEnded && WIFEXITED(status) && WEXITSTATUS(status) == 0;
