@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fstream>
+#include <sstream>
 #include <streambuf>
 
 #include "support/page_test.hpp"
@@ -66,6 +67,14 @@ protected:
         html = Html(page);
     }
 
+    std::string HtmlOnAStreamThat(bool throws) const {
+        std::ostringstream out;
+        out.exceptions(throws ? std::ios::badbit : std::ios::goodbit);
+        Renderer r(out);
+        page.impl->Render(r, 0);
+        return out.str();
+    }
+
     // Writes the page to `out`, which takes nothing; then it is whole when it is written elsewhere,
     // and so is the next.
     void ExpectFailure(std::ostream& out, bool throws) const {
@@ -80,6 +89,7 @@ protected:
         EXPECT_EQ(hasThrown, throws);
         EXPECT_TRUE(out.bad());
         EXPECT_EQ(Html(page), html);
+        EXPECT_EQ(HtmlOnAStreamThat(throws), html);
         EXPECT_EQ(Html(Div() << Br()), "<div>\n<br >\n</div>\n");
         EXPECT_TRUE(Platform().log.empty());
         out.exceptions(std::ios::goodbit);
