@@ -48,6 +48,7 @@ Rows RowsOf(std::string const& answer) {
 
 // One kind of pipe, one answer, and what is ahead of it.
 struct Case {
+    bool isFixed;
     std::size_t capacity;
     std::size_t size;
     std::size_t ahead;
@@ -56,7 +57,21 @@ struct Case {
 
 std::ostream& operator<<(std::ostream& out, Case const& row) {
     return out << row.size << " bytes behind " << row.ahead << ", pipe of " << row.capacity
-               << (isFixed ? ", fixed" : "") << ", flush " << static_cast<int>(row.flush);
+               << (row.isFixed ? ", fixed" : "") << ", flush " << static_cast<int>(row.flush);
+}
+
+// Every answer for a pipe of `capacity` bytes.
+std::vector<Case> CasesOf(bool fixed, std::size_t capacity) {
+    std::vector<Case> cases;
+    for (std::size_t const size :
+         {std::size_t{0}, std::size_t{1}, capacity - 1, capacity, capacity + 1, mebibyte}) {
+        for (std::size_t const ahead : {0U, 192U, 4096U}) {
+            for (Flush const flush : everyFlush) {
+                cases.push_back({fixed, capacity, size, ahead, flush});
+            }
+        }
+    }
+    return cases;
 }
 
 class RequestsTest : public testing::Test {
@@ -71,23 +86,16 @@ protected:
         isFixed = false;
     }
 
-    // Tries every size of pipe and of answer, with pipes that may be enlarged and ones that may
-    // not.
+    // Tries pipes of every size, ones that may be enlarged and ones that may not.
     void ForEachCase(std::function<void(Case const&)> const& expect) {
         for (bool const fixed : {false, true}) {
             for (std::size_t const capacity : {std::size_t{4096}, std::size_t{65536}, mebibyte}) {
-                for (std::size_t const size : {std::size_t{0}, std::size_t{1}, capacity - 1,
-                                               capacity, capacity + 1, mebibyte}) {
-                    for (std::size_t const ahead : {0U, 192U, 4096U}) {
-                        for (Flush const flush : everyFlush) {
-                            Case const row = {capacity, size, ahead, flush};
-                            SCOPED_TRACE(testing::Message() << row);
-                            HangGuard const guard;
-                            HavePipe(row, fixed);
-                            expect(row);
-                            EXPECT_EQ(app.out, stdout);
-                        }
-                    }
+                for (Case const& row : CasesOf(fixed, capacity)) {
+                    SCOPED_TRACE(testing::Message() << row);
+                    HangGuard const guard;
+                    HavePipe(row);
+                    expect(row);
+                    EXPECT_EQ(app.out, stdout);
                 }
             }
         }
@@ -97,10 +105,10 @@ protected:
     // A request is answered where its answer surely fits, is not where it cannot, and without an
     // answer there is an entry.
     static void ExpectFit(Case const& row, bool isAnswered, CapturedStderr const& log) {
-        std::size_t const limit = isFixed ? row.capacity : mebibyte;
+        std::size_t const limit = row.isFixed ? row.capacity : mebibyte;
         std::size_t const mostAhead = row.ahead == 0 ? 0 : std::size_t{16384};  // pages begun
         EXPECT_TRUE(isAnswered || row.size + mostAhead > limit) << log.Text();
-        EXPECT_FALSE(isAnswered && isFixed && row.size + row.ahead > limit);
+        EXPECT_FALSE(isAnswered && row.isFixed && row.size + row.ahead > limit);
         std::string const entry = ": the answer takes " + std::to_string(row.size) + " bytes";
         EXPECT_EQ(log.Text().find(entry) == std::string::npos, isAnswered) << log.Text();
     }
@@ -108,13 +116,13 @@ protected:
     ZOV_AppData app{};
 
 private:
-    static void HavePipe(Case const& row, bool fixed) {
+    static void HavePipe(Case const& row) {
         isFixed = false;
-        onPipe = [row, fixed](std::FILE* out) {
+        onPipe = [row](std::FILE* out) {
             int const capacity = static_cast<int>(row.capacity);
             EXPECT_GE(fcntl(fileno(out), F_SETPIPE_SZ, capacity), capacity);
             EXPECT_EQ(fcntl(fileno(out), F_GETFL) & O_NONBLOCK, 0);
-            isFixed = fixed;
+            isFixed = row.isFixed;
             WriteFlushed(out, LinesOf(row.ahead), row.flush);
         };
     }
