@@ -132,7 +132,7 @@ void WriteAll(FixedText const& text) noexcept {
         ssize_t const count = write(STDERR_FILENO, text.bytes + done, text.length - done);
         if (count > 0)
             done += static_cast<std::size_t>(count);
-        else if (errno != EINTR)
+        else if (count == 0 || errno != EINTR)
             return;
     }
 }

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstring>
 
-#include "device/open_descriptors.hpp"
 #include "host/answer_stream.hpp"
 #include "host/catalogs.hpp"
 #include "host/contract.hpp"
@@ -19,6 +18,7 @@
 #include "host/sys/text_file.hpp"
 #include "platform/capture_pipe.hpp"
 #include "platform/captured_stderr.hpp"
+#include "platform/refused_calls_fixture.hpp"
 #include "platform/shipped_catalog.hpp"
 #include "platform/temp_folder.hpp"
 
@@ -26,22 +26,7 @@ using namespace QuilloHost;
 
 namespace {
 
-// Leaves no descriptor open.
-class RefusedCallsTest : public testing::Test {
-protected:
-    RefusedCallsTest() : before(OpenDescriptors()) {}
-    void TearDown() override { EXPECT_EQ(OpenedSince(before), std::set<int>()); }
-
-    // Whether the log names the reason.
-    static void ExpectReason(CapturedStderr const& log, int error) {
-        EXPECT_NE(log.Text().find(std::strerror(error)), std::string::npos) << log.Text();
-    }
-
-    std::set<int> const before;
-};
-
 TEST_F(RefusedCallsTest, AFileThatIsNotOpenedHasNoText) {
-    RefusedCalls calls;
     for (int error : {EACCES, EINTR, EIO, ELOOP, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM,
                       ENOTDIR, ENXIO, EOVERFLOW}) {
         calls.errors = {{"fopen", error}};
@@ -53,7 +38,6 @@ TEST_F(RefusedCallsTest, AFileThatIsNotOpenedHasNoText) {
 }
 
 TEST_F(RefusedCallsTest, AFileThatBreaksOffHasNoText) {
-    RefusedCalls calls;
     for (int error : {EAGAIN, EINTR, EIO, EISDIR, ESRCH}) {
         for (int bytes : {0, 1, 4095, 4096, 4097, 9000}) {
             calls.errors = {{"fread", error}};
@@ -64,7 +48,6 @@ TEST_F(RefusedCallsTest, AFileThatBreaksOffHasNoText) {
 }
 
 TEST_F(RefusedCallsTest, AFolderThatIsNotOpenedHasNoProcesses) {
-    RefusedCalls calls;
     for (int error : {EACCES, EMFILE, ENFILE, ENOENT, ENOMEM, ENOTDIR}) {
         CapturedStderr const log;
         calls.errors = {{"opendir", error}};
@@ -75,7 +58,6 @@ TEST_F(RefusedCallsTest, AFolderThatIsNotOpenedHasNoProcesses) {
 }
 
 TEST_F(RefusedCallsTest, AFolderThatBreaksOffHasNoProcessesRatherThanSome) {
-    RefusedCalls calls;
     for (int error : {EBADF, EIO, ENOENT, EOVERFLOW}) {
         for (int entries : {0, 1, 5}) {
             CapturedStderr const log;
@@ -91,7 +73,6 @@ TEST_F(RefusedCallsTest, AFolderThatBreaksOffHasNoProcessesRatherThanSome) {
 }
 
 TEST_F(RefusedCallsTest, InterfacesThatTheSystemDoesNotTellAreReportedWithTheReason) {
-    RefusedCalls calls;
     for (int error : {EACCES, EMFILE, ENFILE, ENOBUFS, ENOMEM}) {
         CapturedStderr const log;
         calls.errors = {{"getifaddrs", error}};
@@ -101,7 +82,6 @@ TEST_F(RefusedCallsTest, InterfacesThatTheSystemDoesNotTellAreReportedWithTheRea
 }
 
 TEST_F(RefusedCallsTest, AFileSystemThatDoesNotTellHasNoFigures) {
-    RefusedCalls calls;
     for (int error : {EACCES, EINTR, EIO, ELOOP, ENAMETOOLONG, ENOENT, ENOMEM, ENOSYS, ENOTDIR,
                       EOVERFLOW, ESTALE}) {
         calls.errors = {{"statvfs", error}};
@@ -110,7 +90,6 @@ TEST_F(RefusedCallsTest, AFileSystemThatDoesNotTellHasNoFigures) {
 }
 
 TEST_F(RefusedCallsTest, WithoutAThreadAFileSystemIsNotAsked) {
-    RefusedCalls calls;
     SpaceProbe probe(AskFileSystem, std::chrono::hours(1));
     for (int error : {EAGAIN, EPERM}) {
         calls.errors = {{"pthread_create", error}};
@@ -121,7 +100,6 @@ TEST_F(RefusedCallsTest, WithoutAThreadAFileSystemIsNotAsked) {
 }
 
 TEST_F(RefusedCallsTest, ALogThatIsNotReadHasNoEntries) {
-    RefusedCalls calls;
     for (char const* call : {"stat", "fopen", "fstat", "fseeko", "read"}) {
         for (int error :
              {EACCES, EBADF, EINTR, EIO, ELOOP, EMFILE, ENFILE, ENOENT, ENOMEM, EOVERFLOW}) {
@@ -160,7 +138,6 @@ protected:
     }
 
     TempFolder const folder;
-    RefusedCalls calls;
     std::string log;
 };
 
@@ -220,7 +197,6 @@ TEST_F(RefusedCatalogsTest, AFileThatIsNotReadIsLeftOut) {
 
 TEST_F(RefusedCallsTest, AnAnswerIsWrittenOnThroughShortWritesAndInterruptions) {
     std::string const answer(20000, 'a');
-    RefusedCalls calls;
     for (std::deque<ssize_t> const& writes : std::vector<std::deque<ssize_t>>{
              {1}, {-EINTR}, {-EINTR, -EINTR, 4096, -EINTR, 1, 1}, {19999, -EINTR}}) {
         CapturePipe pipe;
@@ -232,7 +208,6 @@ TEST_F(RefusedCallsTest, AnAnswerIsWrittenOnThroughShortWritesAndInterruptions) 
 }
 
 TEST_F(RefusedCallsTest, AWriteThatFailsIsReportedWithTheReason) {
-    RefusedCalls calls;
     for (int error : {EAGAIN, EBADF, EDQUOT, EFBIG, EIO, ENOSPC, EPERM, EPIPE}) {
         for (std::deque<ssize_t> const& writes :
              std::vector<std::deque<ssize_t>>{{-error}, {5, -error}, {-EINTR, 5, -error}}) {
@@ -247,7 +222,6 @@ TEST_F(RefusedCallsTest, AWriteThatFailsIsReportedWithTheReason) {
 }
 
 TEST_F(RefusedCallsTest, AWriteThatTakesNothingIsNotTriedForEver) {
-    RefusedCalls calls;
     CapturedStderr const log;
     CapturePipe pipe;
     calls.writes = {0, -EBADF};
@@ -257,7 +231,6 @@ TEST_F(RefusedCallsTest, AWriteThatTakesNothingIsNotTriedForEver) {
 }
 
 TEST_F(RefusedCallsTest, APipeThatCannotBeEnlargedTakesNoLargerAnswer) {
-    RefusedCalls calls;
     for (int error : {EBUSY, ENOMEM, EPERM}) {
         CapturedStderr const log;
         CapturePipe pipe;
@@ -270,7 +243,6 @@ TEST_F(RefusedCallsTest, APipeThatCannotBeEnlargedTakesNoLargerAnswer) {
 }
 
 TEST_F(RefusedCallsTest, APipeThatDoesNotTellItsSizeIsTakenForAFullOne) {
-    RefusedCalls calls;
     calls.errors = {{"F_GETPIPE_SZ", EINVAL}, {"F_SETPIPE_SZ", EPERM}};
     CapturedStderr const log;
     CapturePipe pipe;
@@ -282,7 +254,6 @@ TEST_F(RefusedCallsTest, APipeThatDoesNotTellItsSizeIsTakenForAFullOne) {
 }
 
 TEST_F(RefusedCallsTest, AnOutputThatDoesNotTellWhatItIsGetsTheAnswerAllTheSame) {
-    RefusedCalls calls;
     for (char const* call : {"fstat", "ioctl"}) {
         for (int error : {EBADF, EIO, ENOMEM, ENOTTY, EOVERFLOW}) {
             CapturePipe pipe;
