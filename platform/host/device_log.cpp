@@ -7,8 +7,11 @@
 // so an entry is always one line. An entry that cannot be written in this way, for want of memory,
 // is written from a buffer on the stack: in the same form, without the fraction of the second, and
 // cut when it is long.
+//
+// An entry that the system does not take is lost. Of one that it takes in part, as a full disk
+// does, the beginning stays, and the next entry begins a line of its own.
 #include <spdlog/logger.h>
-#include <spdlog/sinks/stdout_sinks.h>
+#include <spdlog/sinks/base_sink.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -20,6 +23,7 @@
 #include <cstring>
 #include <ctime>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -41,6 +45,9 @@ using Severity = spdlog::level::level_enum;
 
 std::atomic<Severity> threshold{spdlog::level::info};
 
+// Whether the last entry stands there without its end.
+std::atomic<bool> isCut{false};
+
 // What one entry says, apart from its message.
 struct EntryHead {
     Severity severity;
@@ -59,10 +66,41 @@ bool IsWanted(int level) noexcept {
     return level == logSpecForceInfo || SeverityOf(level) >= threshold.load();
 }
 
+// How many bytes of `text` the system takes.
+std::size_t Write(std::string_view text) noexcept {
+    std::size_t done = 0;
+    while (done < text.size()) {
+        ssize_t const count = write(STDERR_FILENO, text.data() + done, text.size() - done);
+        if (count > 0)
+            done += static_cast<std::size_t>(count);
+        else if (count == 0 || errno != EINTR)
+            break;
+    }
+    return done;
+}
+
+void WriteLine(std::string_view line) noexcept {
+    if (isCut && Write("\n") == 0)
+        return;
+    std::size_t const done = Write(line);
+    isCut = done != 0 && done != line.size();
+}
+
+// Not by stdio, which leaves off an entry when a signal interrupts it.
+class StderrSink : public spdlog::sinks::base_sink<std::mutex> {
+protected:
+    void sink_it_(spdlog::details::log_msg const& message) override {
+        spdlog::memory_buf_t line;
+        formatter_->format(message, line);
+        WriteLine(std::string_view(line.data(), line.size()));
+    }
+    void flush_() override {}
+};
+
 // Never destroyed, since entries are made until the very end of the process.
 spdlog::logger& Logger() {
     static spdlog::logger& logger = [&]() -> spdlog::logger& {
-        auto sink = std::make_shared<spdlog::sinks::stderr_sink_mt>();
+        auto sink = std::make_shared<StderrSink>();
         auto made = std::make_unique<spdlog::logger>("device", std::move(sink));
         made->set_pattern("%Y-%m-%dT%H:%M:%S.%e%z [%P] %l %v");
         // The logger swallows what goes wrong unless its handler throws.
@@ -127,16 +165,6 @@ void AppendHead(FixedText& out, EntryHead const& head) noexcept {
     out.append(text);
 }
 
-void WriteAll(FixedText const& text) noexcept {
-    for (std::size_t done = 0; done < text.length;) {
-        ssize_t const count = write(STDERR_FILENO, text.bytes + done, text.length - done);
-        if (count > 0)
-            done += static_cast<std::size_t>(count);
-        else if (count == 0 || errno != EINTR)
-            return;
-    }
-}
-
 // Writes the entry without taking memory.
 __attribute__((format(printf, 2, 0))) void WriteFixedEntry(EntryHead const& head,
                                                            char const* format,
@@ -148,7 +176,7 @@ __attribute__((format(printf, 2, 0))) void WriteFixedEntry(EntryHead const& head
     AppendPrintable(text, isFormatted ? message : format);
     text.length = std::min(text.length, sizeof text.bytes - 1);
     text.append("\n");
-    WriteAll(text);
+    WriteLine(std::string_view(text.bytes, text.length));
 }
 
 }  // namespace

@@ -130,11 +130,15 @@ int __wrap_getifaddrs(ifaddrs** list) {
 }
 
 ssize_t __wrap_write(int fd, void const* data, std::size_t size) {
-    if (refused == nullptr || refused->writes.empty()) {
+    if (refused == nullptr) {
         return __real_write(fd, data, size);
     }
-    ssize_t const step = refused->writes.front();
-    refused->writes.pop_front();
+    std::deque<ssize_t>& steps = fd == STDERR_FILENO ? refused->logWrites : refused->writes;
+    if (steps.empty()) {
+        return __real_write(fd, data, size);
+    }
+    ssize_t const step = steps.front();
+    steps.pop_front();
     if (step < 0) {
         errno = static_cast<int>(-step);
         return -1;

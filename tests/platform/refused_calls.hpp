@@ -28,8 +28,10 @@ public:
     int before = 0;
 
     // The first calls of write: at most so many bytes are written, or none and the errno is the
-    // number below 0. Those behind them are the system's.
+    // number below 0. Those behind them are the system's. Those to standard error are counted by
+    // themselves.
     std::deque<ssize_t> writes;
+    std::deque<ssize_t> logWrites;
 };
 
 #endif
