@@ -8,6 +8,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,6 +20,7 @@ extern "C" {
 
 int __real_stat(char const* path, struct stat* status);
 std::FILE* __real_fopen(char const* path, char const* mode);
+int __real_fileno(std::FILE* file);
 int __real_fseeko(std::FILE* file, off_t offset, int whence);
 DIR* __real_opendir(char const* path);
 dirent* __real_readdir(DIR* folder);
@@ -27,10 +29,12 @@ int __real_ioctl(int fd, unsigned long request, void* argument);
 int __real_fcntl(int fd, int command, long argument);
 int __real_statvfs(char const* path, struct statvfs* figures);
 int __real_getifaddrs(ifaddrs** list);
+int __real_uname(utsname* names);
 ssize_t __real_write(int fd, void const* data, std::size_t size);
 
 int __wrap_stat(char const* path, struct stat* status);
 std::FILE* __wrap_fopen(char const* path, char const* mode);
+int __wrap_fileno(std::FILE* file);
 int __wrap_fseeko(std::FILE* file, off_t offset, int whence);
 DIR* __wrap_opendir(char const* path);
 dirent* __wrap_readdir(DIR* folder);
@@ -39,6 +43,7 @@ int __wrap_ioctl(int fd, unsigned long request, void* argument);
 int __wrap_fcntl(int fd, int command, long argument);
 int __wrap_statvfs(char const* path, struct statvfs* figures);
 int __wrap_getifaddrs(ifaddrs** list);
+int __wrap_uname(utsname* names);
 ssize_t __wrap_write(int fd, void const* data, std::size_t size);
 }
 
@@ -46,26 +51,54 @@ namespace {
 
 RefusedCalls* refused = nullptr;
 
-// Whether the call `name` fails; its errno is then set.
+// Whether this call of `name` fails; its errno is then set.
 bool Fails(char const* name) {
-    if (refused == nullptr || refused->errors.count(name) == 0) {
+    if (refused == nullptr) {
         return false;
     }
-    errno = refused->errors[name];
+    auto const found = refused->refusals.find(name);
+    if (found == refused->refusals.end() || found->second.allowed-- > 0) {
+        return false;
+    }
+    int const error = found->second.error;
+    if (found->second.isOnce) {
+        refused->refusals.erase(found);
+    }
+    refused->hasFailed = true;
+    errno = error;
     return true;
 }
 
-// Counts down what a file or a folder still gives.
-bool IsAtTheBreak(char const* name) {
-    if (refused == nullptr || refused->errors.count(name) == 0 || refused->before-- > 0) {
-        return false;
+// A file that breaks off. One is open at a time.
+struct BreakingFile {
+    std::FILE* file = nullptr;
+    std::FILE* stream = nullptr;
+    std::size_t left = 0;
+    int error = 0;
+};
+
+BreakingFile breaking;
+
+ssize_t ReadOn(void*, char* buffer, std::size_t size) {
+    if (breaking.left == 0) {
+        errno = breaking.error;
+        return -1;
     }
-    return Fails(name);
+    std::size_t const count = std::fread(buffer, 1, std::min(size, breaking.left), breaking.file);
+    breaking.left -= count;
+    return static_cast<ssize_t>(count);
 }
 
-ssize_t ReadByte(void*, char* buffer, std::size_t) {
-    buffer[0] = 'x';
-    return IsAtTheBreak("fread") ? -1 : 1;
+int Seek(void*, off64_t* offset, int whence) {
+    int const result = __real_fseeko(breaking.file, *offset, whence);
+    *offset = ftello(breaking.file);
+    return result;
+}
+
+int Close(void*) {
+    std::FILE* const file = breaking.file;
+    breaking = {};
+    return std::fclose(file);
 }
 
 }  // namespace
@@ -86,13 +119,18 @@ std::FILE* __wrap_fopen(char const* path, char const* mode) {
     if (Fails("fopen")) {
         return nullptr;
     }
-    if (refused != nullptr && refused->errors.count("read") != 0) {
-        return __real_fopen(path, "ae");
+    std::FILE* const file = __real_fopen(path, mode);
+    if (file == nullptr || !Fails("fread")) {
+        return file;
     }
-    if (refused != nullptr && refused->errors.count("fread") != 0) {
-        return fopencookie(nullptr, "r", {ReadByte, nullptr, nullptr, nullptr});
-    }
-    return __real_fopen(path, mode);
+    int const error = errno;
+    std::FILE* const stream = fopencookie(nullptr, "r", {ReadOn, nullptr, Seek, Close});
+    breaking = {file, stream, refused->bytes, error};
+    return stream;
+}
+
+int __wrap_fileno(std::FILE* file) {
+    return __real_fileno(file != nullptr && file == breaking.stream ? breaking.file : file);
 }
 
 int __wrap_fseeko(std::FILE* file, off_t offset, int whence) {
@@ -104,7 +142,7 @@ DIR* __wrap_opendir(char const* path) {
 }
 
 dirent* __wrap_readdir(DIR* folder) {
-    return IsAtTheBreak("readdir") ? nullptr : __real_readdir(folder);
+    return Fails("readdir") ? nullptr : __real_readdir(folder);
 }
 
 int __wrap_fstat(int fd, struct stat* status) {
@@ -127,6 +165,10 @@ int __wrap_statvfs(char const* path, struct statvfs* figures) {
 
 int __wrap_getifaddrs(ifaddrs** list) {
     return Fails("getifaddrs") ? -1 : __real_getifaddrs(list);
+}
+
+int __wrap_uname(utsname* names) {
+    return Fails("uname") ? -1 : __real_uname(names);
 }
 
 ssize_t __wrap_write(int fd, void const* data, std::size_t size) {

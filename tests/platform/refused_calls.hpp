@@ -7,6 +7,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <deque>
 #include <map>
 #include <string>
@@ -18,14 +19,21 @@ public:
     RefusedCalls& operator=(RefusedCalls const&) = delete;
     ~RefusedCalls();
 
-    // The errno of each call that fails, by its name: "stat", "fopen", "fread", "fseeko",
-    // "opendir", "readdir", "fstat", "ioctl", "F_GETPIPE_SZ", "F_SETPIPE_SZ", "statvfs",
-    // "getifaddrs", "pthread_create". With "read" a file is opened that cannot be read, which is
-    // EBADF.
-    std::map<std::string, int> errors;
+    struct Refusal {
+        int error;
+        int allowed = 0;      // so many calls pass before one fails
+        bool isOnce = false;  // those behind the one that fails pass, too
+    };
 
-    // What an opened file or folder gives before its "fread" or "readdir" fails: bytes or entries.
-    int before = 0;
+    // The calls that fail, by name: "stat", "fopen", "fread", "fseeko", "opendir", "readdir",
+    // "fstat", "ioctl", "F_GETPIPE_SZ", "F_SETPIPE_SZ", "statvfs", "getifaddrs", "uname",
+    // "pthread_create". With "fread" the files are counted that are opened: one gives its first
+    // `bytes` bytes, and then it cannot be read on.
+    std::map<std::string, Refusal> refusals;
+    std::size_t bytes = 0;
+
+    // Whether a call failed since this was set.
+    bool hasFailed = false;
 
     // The first calls of write: at most so many bytes are written, or none and the errno is the
     // number below 0. Those behind them are the system's. Those to standard error are counted by

@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/sys/process_ids.hpp"
 #include "host/sys/roots.hpp"
@@ -17,6 +18,15 @@
 namespace QuilloHost {
 
 namespace {
+
+// The three names; none of them when the system does not tell.
+std::vector<Value> Names() {
+    struct utsname names {};
+    if (uname(&names) != 0) {
+        return std::vector<Value>(3);
+    }
+    return {names.nodename, names.release, names.machine};
+}
 
 Value Uptime() {
     std::optional<std::string> const line = ReadFirstLine(MachineRoots().proc + "/uptime");
@@ -42,13 +52,11 @@ Value ProcessCount() {
 }  // namespace
 
 std::optional<Table> ReadHost() {
-    struct utsname names {};
-    uname(&names);
+    std::vector<Value> const names = Names();
     std::vector<Value> const loads = Loads();
     return Table{
         {"hostname", "kernel", "architecture", "uptime", "load1", "load5", "load15", "processes"},
-        {{names.nodename, names.release, names.machine, Uptime(), loads[0], loads[1], loads[2],
-          ProcessCount()}}};
+        {{names[0], names[1], names[2], Uptime(), loads[0], loads[1], loads[2], ProcessCount()}}};
 }
 
 }  // namespace QuilloHost
