@@ -34,6 +34,7 @@ protected:
             if (isOpenElsewhere) {
                 other.emplace(state + "/configuration.db", 0).Run("SELECT * FROM setting");
             }
+            std::filesystem::create_directories(state);
             DiskCalls const calls(allowed, trouble, state);
             long const status = ConfigUpdate(("x=" + std::to_string(value)).c_str());
             if (trouble == Trouble::CutThatLoses) {

@@ -32,31 +32,52 @@ struct State {
 
 State state;
 
-// What a folder would hold after a power cut: the names that it had when it was synced, and of each
-// file the bytes that it had when it was synced.
+// What a folder would hold after a power cut: the names that it and those in it had when they were
+// synced, and of each file the bytes that it had when it was synced.
 struct Durable {
     fs::path folder;
-    std::set<fs::path> names;
+    std::map<fs::path, std::set<fs::path>> names;  // by folder
     std::map<fs::path, std::string> bytes;
 
     void Sync(fs::path const& path) {
-        if (path != folder) {
+        if (!fs::is_directory(path)) {
             std::ifstream file(path, std::ios::binary);
             bytes[path] = std::string(std::istreambuf_iterator<char>(file), {});
             return;
         }
-        names.clear();
-        for (fs::directory_entry const& entry : fs::directory_iterator(folder)) {
-            names.insert(entry.path());
+        names[path].clear();
+        for (fs::directory_entry const& entry : fs::directory_iterator(path)) {
+            names[path].insert(entry.path());
+            if (entry.is_directory()) {
+                names[entry.path()];
+            }
         }
     }
 
-    void Restore() {
-        for (fs::directory_entry const& entry : fs::directory_iterator(folder)) {
-            fs::remove(entry.path());
+    void SyncAll() {
+        Sync(folder);
+        for (fs::directory_entry const& entry : fs::recursive_directory_iterator(folder)) {
+            Sync(entry.path());
         }
-        for (fs::path const& name : names) {
-            std::ofstream(name, std::ios::binary) << bytes[name];
+    }
+
+    void Restore() const {
+        for (fs::directory_entry const& entry : fs::directory_iterator(folder)) {
+            fs::remove_all(entry.path());
+        }
+        RestoreIn(folder);
+    }
+
+    void RestoreIn(fs::path const& place) const {
+        for (fs::path const& name : names.at(place)) {
+            auto const file = bytes.find(name);
+            if (names.count(name) != 0) {
+                fs::create_directory(name);
+                RestoreIn(name);
+            } else {
+                std::ofstream(name, std::ios::binary)
+                    << (file != bytes.end() ? file->second : std::string());
+            }
         }
     }
 };
@@ -77,8 +98,12 @@ bool IsOfReading() {
     return state.trouble == Trouble::ReadFailure || state.trouble == Trouble::ReadFailureFromThenOn;
 }
 
+bool IsShort() {
+    return state.trouble == Trouble::ShortWrite || state.trouble == Trouble::ShortRead;
+}
+
 bool IsTrouble() {
-    return state.isOn && !IsOfReading() && state.allowed-- <= 0;
+    return state.isOn && !IsOfReading() && !IsShort() && state.allowed-- <= 0;
 }
 
 bool IsReadTrouble() {
@@ -109,6 +134,16 @@ int Fail(char const* call) {
     return -1;
 }
 
+// How many of `size` bytes a call writes or reads: half of them, when it is the one in trouble.
+std::size_t Taken(char const* call, Trouble trouble, std::size_t size) {
+    if (!state.isOn || state.trouble != trouble || state.allowed-- > 0) {
+        return size;
+    }
+    state.firstFailed = call;
+    state.isOn = false;
+    return (size + 1) / 2;
+}
+
 // The next definition of NAME, the C library's or a sanitizer's, called.
 template <class Call, class... Args>
 auto Real(char const* name, Args... args) {
@@ -118,7 +153,7 @@ auto Real(char const* name, Args... args) {
 template <class Call, class Offset>
 ssize_t WriteAt(char const* name, int file, void const* bytes, std::size_t size, Offset offset) {
     if (!IsTrouble()) {
-        return Real<Call>(name, file, bytes, size, offset);
+        return Real<Call>(name, file, bytes, Taken(name, Trouble::ShortWrite, size), offset);
     }
     if (state.trouble == Trouble::CutInTheMiddle) {
         Real<Call>(name, file, bytes, size / 2, offset);
@@ -150,12 +185,8 @@ DiskCalls::DiskCalls(int allowed, Trouble trouble, int error) {
 }
 
 DiskCalls::DiskCalls(int allowed, Trouble trouble, std::string const& folder) {
-    fs::create_directories(folder);
     durable = {fs::canonical(folder), {}, {}};
-    durable.Sync(durable.folder);
-    for (fs::path const& name : durable.names) {
-        durable.Sync(name);
-    }
+    durable.SyncAll();
     state = {true, allowed, trouble, 0, ""};
 }
 
@@ -203,7 +234,8 @@ ssize_t write(int file, void const* bytes, std::size_t size) {
         }
         return Fail("write");
     }
-    return Real<Call>("write", file, bytes, size);
+    return Real<Call>("write", file, bytes,
+                      isFile ? Taken("write", Trouble::ShortWrite, size) : size);
 }
 
 ssize_t pwrite(int file, void const* bytes, std::size_t size, off_t offset) {
@@ -239,12 +271,16 @@ int unlink(char const* path) noexcept {
 }
 
 ssize_t read(int file, void* bytes, std::size_t size) {
-    return IsReadTrouble() ? Fail("read") : Real<decltype(read)>("read", file, bytes, size);
+    return IsReadTrouble()
+               ? Fail("read")
+               : Real<decltype(read)>("read", file, bytes, Taken("read", Trouble::ShortRead, size));
 }
 
 ssize_t pread64(int file, void* bytes, std::size_t size, off64_t offset) {
-    return IsReadTrouble() ? Fail("pread64")
-                           : Real<decltype(pread64)>("pread64", file, bytes, size, offset);
+    return IsReadTrouble()
+               ? Fail("pread64")
+               : Real<decltype(pread64)>("pread64", file, bytes,
+                                         Taken("pread64", Trouble::ShortRead, size), offset);
 }
 
 int stat(char const* path, struct stat* status) noexcept {

@@ -20,17 +20,21 @@ public:
         FailureFromThenOn,
         ReadFailure,
         ReadFailureFromThenOn,
+        ShortWrite,
+        ShortRead,
         Cut,
         CutInTheMiddle,
         CutThatLoses
     };
 
-    // Lets `allowed` calls pass. The next one fails with `error`, alone or with all that follow.
+    // Lets `allowed` calls pass. The next one fails with `error`, alone or with all that follow. Of
+    // ShortWrite and ShortRead, which count writes and reads alone, it does half of what it should
+    // and says so.
     DiskCalls(int allowed, Trouble trouble, int error);
 
     // Lets `allowed` calls pass. The next one kills the process: before it has begun; or, where it
-    // writes, with half of its bytes written; or so that the folder loses all that was not synced.
-    // What is in the folder now counts as synced.
+    // writes, with half of its bytes written; or so that `folder` loses all that was not synced,
+    // and the folders in it. What is there now counts as synced.
     DiskCalls(int allowed, Trouble trouble, std::string const& folder);
 
     DiskCalls(DiskCalls const&) = delete;
