@@ -4,7 +4,8 @@
 //
 // `running` holds as long as `run` is the run of the service, which is a boot of the machine unless
 // the set-up says otherwise; then `stored` holds. Both are changed in one transaction, and every
-// commit is synced: a power cut leaves the old values or the new ones.
+// commit is synced, and so is a folder that was made for it: a power cut leaves the old values or
+// the new ones.
 //
 // No connection outlives a call. SQLite keeps account of its locks by process, and a fork copies
 // that account but not the locks: a connection that was open then, used or not, would let the one
@@ -74,15 +75,45 @@ std::string Run() {
     return *boot;
 }
 
+// Has the names in `folder` last through a power cut, unless its file system knows no such thing.
+// Returns the error, or 0.
+int SyncNames(fs::path const& folder) {
+    int const fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
+        return errno;
+    }
+    int const error = fsync(fd) == 0 || errno == EINVAL ? 0 : errno;
+    close(fd);
+    return error;
+}
+
+// Returns the error, or 0, also for one that is there.
+int MakeOneFolder(fs::path const& folder, mode_t mode) {
+    if (mkdir(folder.c_str(), mode) != 0) {
+        return errno == EEXIST ? 0 : errno;
+    }
+    int const error = SyncNames(folder.parent_path());
+    if (error != 0) {
+        rmdir(folder.c_str());  // the next call makes and syncs it
+    }
+    return error;
+}
+
+// As MakeOneFolder, with those that it lies in.
+int MakeFolders(fs::path const& folder, mode_t mode) {
+    int const error = MakeOneFolder(folder, mode);
+    if (error != ENOENT || !folder.has_relative_path()) {
+        return error;
+    }
+    int const errorAbove = MakeFolders(folder.parent_path(), S_IRWXU | S_IRWXG | S_IRWXO);
+    return errorAbove != 0 ? errorAbove : MakeOneFolder(folder, mode);
+}
+
 // The owner's alone from its first moment on.
 void MakeFolder(fs::path const& folder) {
-    std::error_code error;
-    fs::create_directories(folder.parent_path(), error);
-    if (!error && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
-        error.assign(errno, std::generic_category());
-    }
-    if (error) {
-        throw std::runtime_error(folder.string() + " cannot be made: " + error.message() +
+    if (int const error = MakeFolders(folder, S_IRWXU)) {
+        throw std::runtime_error(folder.string() +
+                                 " cannot be made: " + std::generic_category().message(error) +
                                  ": QUILLO_STATE_DIR names the folder of the store");
     }
 }

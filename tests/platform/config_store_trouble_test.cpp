@@ -1,6 +1,7 @@
 // The configuration store in trouble: what fails changes nothing, says so, and works when the
 // trouble is over.
 #include <dlfcn.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -225,6 +226,38 @@ TEST_F(TroubledStore, AFullDiskIsNamed) {
                        " cannot be made: No space left on device: "),
               std::string::npos)
         << log;
+}
+
+// The first call makes it, the second syncs the folder that it lies in.
+TEST_F(TroubledStore, AFolderThatCannotBeSyncedIsNotLeftAsIfItWere) {
+    std::string const log = Log([] {
+        DiskCalls const calls(1, DiskCalls::Trouble::Failure, EIO);
+        EXPECT_EQ(ConfigUpdate("x=5"), ConfigStatus_StoreFailed);
+    });
+    EXPECT_EQ(DiskCalls::FirstFailed(), "fsync");
+    EXPECT_NE(log.find(State() + " cannot be made: Input/output error: "), std::string::npos)
+        << log;
+    EXPECT_FALSE(fs::exists(State()));
+    ExpectUsable();
+}
+
+TEST_F(TroubledStore, AFileSystemThatSyncsNoFoldersHoldsAStore) {
+    DiskCalls const calls(1, DiskCalls::Trouble::Failure, EINVAL);
+    EXPECT_EQ(ConfigUpdate("x=5"), 0);
+    EXPECT_EQ(DiskCalls::FirstFailed(), "fsync");
+    EXPECT_EQ(Values(), "5 5");
+}
+
+TEST_F(TroubledStore, AFolderIsMadeWithThoseItLiesIn) {
+    SetStateFolder(folder.path + "/of/the/store");
+    mode_t const mask = umask(S_IWGRP | S_IWOTH);
+    ExpectUsable();
+    umask(mask);
+    EXPECT_EQ(fs::status(folder.path + "/of/the/store").permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(folder.path + "/of/the").permissions(), fs::perms{0755});
+    folder.Write("file", "");
+    SetStateFolder(folder.path + "/file/of/the/store");
+    ExpectNoWriting(folder.path + "/file/of/the/store", "Not a directory");
 }
 
 TEST_F(TroubledStore, AFolderThatMayNotBeWrittenToIsNamed) {
