@@ -241,6 +241,17 @@ TEST_F(TroubledStore, AFolderThatCannotBeSyncedIsNotLeftAsIfItWere) {
     ExpectUsable();
 }
 
+TEST_F(TroubledStore, AFolderIsNotMadeWhereItsNameCannotBeSynced) {
+    fs::permissions(folder.path, fs::perms::owner_write | fs::perms::owner_exec);
+    {
+        PlainUser const user;
+        ExpectNoWriting(State(), "Permission denied");
+    }
+    EXPECT_FALSE(fs::exists(State()));
+    fs::permissions(folder.path, fs::perms::owner_all);
+    ExpectUsable();
+}
+
 TEST_F(TroubledStore, AFileSystemThatSyncsNoFoldersHoldsAStore) {
     DiskCalls const calls(1, DiskCalls::Trouble::Failure, EINVAL);
     EXPECT_EQ(ConfigUpdate("x=5"), 0);
@@ -335,6 +346,9 @@ TEST_F(TroubledStore, AFolderThatMayNotBeMadeIsNamed) {
         PlainUser const user;
         ExpectNoWriting(State(), "Permission denied");
         EXPECT_EQ(Values(), "0 0") << "the default";
+        SetStateFolder(State() + "/deeper");
+        ExpectNoWriting(State() + "/deeper", "Permission denied");
+        SetStateFolder(State());
     }
     EXPECT_FALSE(fs::exists(State()));
     fs::permissions(folder.path, fs::perms::owner_all);

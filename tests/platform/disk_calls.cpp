@@ -270,6 +270,10 @@ int unlink(char const* path) noexcept {
     return IsTrouble() ? Fail("unlink") : Real<int(char const*)>("unlink", path);
 }
 
+int rmdir(char const* path) noexcept {
+    return IsTrouble() ? Fail("rmdir") : Real<int(char const*)>("rmdir", path);
+}
+
 ssize_t read(int file, void* bytes, std::size_t size) {
     return IsReadTrouble()
                ? Fail("read")

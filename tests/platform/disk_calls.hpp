@@ -2,9 +2,9 @@
 // executable that links disk_calls.cpp defines them in the place of the C library's, for SQLite
 // too.
 //
-// They are mkdir, open where it may make a file, write, pwrite, ftruncate, fsync, fdatasync, rename
-// and unlink; each is counted while an object of this kind lives. Nothing is synced: a killed
-// process loses nothing that it wrote, and the tests are faster by far.
+// They are mkdir, rmdir, open where it may make a file, write, pwrite, ftruncate, fsync, fdatasync,
+// rename and unlink; each is counted while an object of this kind lives. Nothing is synced: a
+// killed process loses nothing that it wrote, and the tests are faster by far.
 //
 // The calls that only look at files may fail as well, which are counted by themselves: open, read,
 // pread, stat, lstat, fstat, mmap, and fcntl where it asks for a lock.
