@@ -85,7 +85,7 @@ TEST_F(RefusedObjectsTest, AFileThatBreaksOffHasNoText) {
     machine.Write("proc/file", text);
     std::string const file = machine.Folder() + "/proc/file";
     for (int error : readErrors) {
-        for (std::size_t bytes : {0, 1, 4095, 4096, 4097, 9000, 10000}) {
+        for (std::size_t bytes : {0U, 1U, 4095U, 4096U, 4097U, 9000U, 10000U}) {
             calls.bytes = bytes;
             Refuse("fread", {error});
             EXPECT_FALSE(ReadText(file).has_value()) << error << " " << bytes;
@@ -184,7 +184,7 @@ TEST_F(RefusedHostTest, WhatIsNotReadCannotBeHadAndTheRestCan) {
         EXPECT_EQ(RefuseEach("fopen", error, checkFile), 2);
     }
     for (int error : readErrors) {
-        for (std::size_t bytes : {0, 1, 15}) {
+        for (std::size_t bytes : {0U, 1U, 15U}) {
             calls.bytes = bytes;
             EXPECT_EQ(RefuseEach("fread", error, checkFile), 2);
         }
@@ -326,7 +326,7 @@ TEST_F(RefusedObjectsTest, AFileOfAnInterfaceThatIsNotReadIsAsOneThatIsNotThere)
         EXPECT_GE(RefuseEach("fopen", error, check), 5);
     }
     for (int error : readErrors) {
-        for (std::size_t bytes : {0, 1}) {
+        for (std::size_t bytes : {0U, 1U}) {
             calls.bytes = bytes;
             EXPECT_GE(RefuseEach("fread", error, check), 5);
         }
@@ -368,7 +368,7 @@ TEST_F(RefusedLogFileTest, ALogThatIsNotReadHasNoEntries) {
 
 TEST_F(RefusedLogFileTest, ALogThatBreaksOffHasNoEntriesRatherThanSome) {
     for (int error : readErrors) {
-        for (std::size_t bytes : {0, 1, 20, 60}) {
+        for (std::size_t bytes : {0U, 1U, 20U, 60U}) {
             calls.bytes = bytes;
             ExpectNoEntries("fread", error);
         }
