@@ -108,14 +108,22 @@ TEST_F(RefusedAnswersTest, APipeThatCannotBeEnlargedTakesNoLargerAnswer) {
 }
 
 TEST_F(RefusedAnswersTest, APipeThatDoesNotTellItsSizeIsTakenForAFullOne) {
-    calls.refusals = {{"F_GETPIPE_SZ", {EINVAL}}, {"F_SETPIPE_SZ", {EPERM}}};
-    CapturedStderr const log;
-    CapturePipe pipe;
-    EXPECT_FALSE(WriteAnswer(pipe.out, "answer", "thing"));
-    EXPECT_NE(log.Text().find("the pipe has room for 0"), std::string::npos) << log.Text();
-    calls.refusals.erase("F_SETPIPE_SZ");
-    EXPECT_TRUE(WriteAnswer(pipe.out, "answer", "thing"));
-    EXPECT_EQ(pipe.Finish(), "answer");
+    for (int error : {EBADF, EINVAL}) {
+        auto const check = [&](auto const& isRefused) {
+            CapturePipe pipe;
+            EXPECT_TRUE(WriteAnswer(pipe.out, "it is enlarged,", "thing"));
+            EXPECT_EQ(pipe.Finish(), "it is enlarged,");
+            EXPECT_EQ(calls.hasFailed, isRefused(0));
+        };
+        EXPECT_EQ(RefuseEach("F_GETPIPE_SZ", error, check), 1);
+        CapturedStderr const log;
+        CapturePipe pipe;
+        calls.refusals = {{"F_GETPIPE_SZ", {error}}, {"F_SETPIPE_SZ", {EPERM}}};
+        EXPECT_FALSE(WriteAnswer(pipe.out, "answer", "thing"));
+        EXPECT_EQ(pipe.Finish(), "");
+        EXPECT_NE(log.Text().find("the pipe has room for 0"), std::string::npos) << log.Text();
+        calls.refusals.clear();
+    }
 }
 
 TEST_F(RefusedAnswersTest, AnOutputThatDoesNotTellWhatItIsGetsTheAnswerAllTheSame) {
