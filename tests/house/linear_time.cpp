@@ -1,58 +1,63 @@
-// Calls the functions that read a request with texts of 16 KiB and of 32 KiB. Under callgrind each
-// call is a part of its output by itself, named "FUNCTION, PATTERN/BYTES".
-#include <valgrind/callgrind.h>
-
-#include <cstddef>
+// Calls the functions that read a request or write what it said into a page, for callgrind to
+// count.
 #include <quillo>
-#include <string>
+#include <quillo_kit/safe.hpp>
+#include <stdexcept>
 
+#include "counted_calls.hpp"
 #include "readings.hpp"
 
 using namespace Bench;
+using namespace Quillo;
+using namespace QuilloKit;
 
 namespace {
 
-constexpr std::size_t half = 16 * 1024;
-
-// Fields of which no two have the same name.
-std::string DifferentNames(std::size_t size) {
-    std::string text;
-    for (int i = 0; text.size() < size; ++i) {
-        text.append(std::to_string(i)).append("=1&");
+void CountReadings() {
+    for (Reading const& reading : Readings()) {
+        CountCalls(reading.name, reading.call,
+                   [&](std::size_t size) { return Repeated(reading.pattern, size); });
+        // One for each function: its pattern "&" stands for the texts of queries.
+        if (reading.pattern == "&") {
+            CountCalls(reading.name.substr(0, reading.name.find(',')) + ", 0=1&1=1&", reading.call,
+                       Numbered("#=1&"));
+        }
     }
-    text.resize(size);
-    return text;
 }
 
-// What a call reports stays in `debugMsgs`: letting go of it belongs to the call.
-void Call(Reading const& reading, std::string const& text) {
-    reading.call(text);
-    Quillo::debugMsgs = Quillo::Div();
+void CountTextFunctions() {
+    CountPatterns("PcntDecode", [](std::string const& text) { PcntDecode(text.c_str(), nullptr); },
+                  {"a", "%", "%4", "%41", "%00"});
+    CountPatterns("PcntEncode", [](std::string const& text) { PcntEncode(text); },
+                  {"a", " ", "\xE9"});
+    CountPatterns("Filter", [](std::string const& text) { Filter(text); }, {"a", "<", "\x01"});
+    CountPatterns("AppendUriArgs", [](std::string const& text) { AppendUriArgs(text, text); },
+                  {"a", "?", "&", "#", "a=1&"});
+    CountPatterns("AddSlashes", [](std::string const& text) { AddSlashes(text); },
+                  {"a", "\\", "'"});
+    CountPatterns("EscapeJavascriptString",
+                  [](std::string const& text) { EscapeJavascriptString(text); }, {"a", "\\", "\n"});
+    CountPatterns("IsLessUtf8Collate",
+                  [](std::string const& text) { IsLessUtf8Collate(text, text); },
+                  {"a", "\xC3\xA4", "\xFF"});
 }
 
-void Count(Reading const& reading, std::string const& text) {
-    CALLGRIND_ZERO_STATS;
-    Call(reading, text);
-    std::string const name =
-        std::string(reading.name).append("/").append(std::to_string(text.size()));
-    CALLGRIND_DUMP_STATS_AT(name.c_str());
+void CountKit() {
+    CountPatterns("SafeAttr", [](std::string const& text) { SafeAttr(text); }, {"a", "'", "&"});
+    CountPatterns("SafeUrl", [](std::string const& text) { SafeUrl(text); },
+                  {"a", ":", "/", " ", "\t", "a:", "http:", "&"});
+    CountPatterns("SafeStyle", [](std::string const& text) { SafeStyle("border", text); },
+                  {"a", "1", "1.", "#", " ", "a ", "1px ", "#fff "});
+    CountPatterns("JsString", [](std::string const& text) { JsString(text); },
+                  {"a", "<", "\\", "\xE2", "\xE2\x80\xA8"});
+    CountPatterns("SafeName", [](std::string const& text) { SafeName(text); }, {"a", "_1"});
 }
 
 }  // namespace
 
 int main() {
-    for (Reading const& reading : Readings()) {
-        // The first call finds the functions of shared libraries.
-        Call(reading, reading.pattern);
-        Count(reading, Repeated(reading.pattern, half));
-        Count(reading, Repeated(reading.pattern, 2 * half));
-        // One for each function: its pattern "&" stands for the texts of queries.
-        if (reading.pattern == "&") {
-            Reading const other = {reading.name.substr(0, reading.name.find(',')) + ", 0=1&1=1&",
-                                   reading.call, ""};
-            Count(other, DifferentNames(half));
-            Count(other, DifferentNames(2 * half));
-        }
-    }
+    CountReadings();
+    CountTextFunctions();
+    CountKit();
     return 0;
 }
