@@ -1,6 +1,7 @@
 #include "content_security.hpp"
 
 #include <algorithm>
+#include <set>
 
 #include "digests.hpp"
 
@@ -53,6 +54,7 @@ bool IsAnyStyle(std::string_view) {
 std::string DigestSources(std::string_view html, std::string_view start, std::string_view end,
                           bool (*isAllowed)(std::string_view)) {
     std::string sources;
+    std::set<std::string> added;
     for (std::size_t at = html.find(start); at != std::string_view::npos;
          at = html.find(start, at)) {
         at += start.size();
@@ -62,7 +64,7 @@ std::string DigestSources(std::string_view html, std::string_view start, std::st
         }
         std::string_view const inside = html.substr(at, stop - at);
         std::string const source = " 'sha256-" + Sha256Base64(inside) + "'";
-        if (isAllowed(inside) && sources.find(source) == std::string::npos) {
+        if (isAllowed(inside) && added.insert(source).second) {
             sources += source;
         }
         at = stop;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string_view>
 
 namespace QuilloHost {
 
@@ -84,22 +85,22 @@ std::vector<Range> ParseRanges(std::string const& accepted) {
     return ranges;
 }
 
-bool Suits(std::string const& range, std::string const& name) {
+bool Suits(std::string_view range, std::string const& name) {
     return name.compare(0, range.size(), range) == 0 &&
            (name.size() == range.size() || name[range.size()] == '-');
 }
 
 // A shortened range must not end in a single letter or digit, which introduces what was cut off.
-std::string Shortened(std::string const& range) {
+std::string_view Shortened(std::string_view range) {
     std::size_t dash = range.rfind('-');
-    if (dash != std::string::npos && dash >= 2 && range[dash - 2] == '-') {
+    if (dash != std::string_view::npos && dash >= 2 && range[dash - 2] == '-') {
         dash -= 2;
     }
-    return dash == std::string::npos ? "" : range.substr(0, dash);
+    return range.substr(0, dash == std::string_view::npos ? 0 : dash);
 }
 
-std::optional<std::string> Find(std::string const& range, std::vector<std::string> const& names) {
-    for (std::string tag = range; !tag.empty(); tag = Shortened(tag)) {
+std::optional<std::string> Find(std::string_view range, std::vector<std::string> const& names) {
+    for (std::string_view tag = range; !tag.empty(); tag = Shortened(tag)) {
         for (std::string const& name : names) {
             if (Suits(tag, name)) {
                 return name;

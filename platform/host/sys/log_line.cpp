@@ -1,6 +1,7 @@
 #include "host/sys/log_line.hpp"
 
 #include <algorithm>
+#include <cstring>
 
 namespace QuilloHost {
 
@@ -19,6 +20,12 @@ bool IsDigit(char byte) {
 
 char Lower(char byte) {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+}
+
+std::string Lowered(std::string_view text) {
+    std::string lowered(text);
+    std::transform(lowered.begin(), lowered.end(), lowered.begin(), Lower);
+    return lowered;
 }
 
 bool IsContinuation(char byte) {
@@ -86,11 +93,14 @@ bool IsLetThrough(std::string_view level, std::string_view lowest) {
     return !IsLevel(lowest) || Rank(level) >= Rank(lowest);
 }
 
+// Both may be long, and made to be almost alike: std::search would take as long as their product.
 bool HoldsText(std::string_view line, std::string_view sought) {
-    return std::search(line.begin(), line.end(), sought.begin(), sought.end(),
-                       [](char left, char right) { return Lower(left) == Lower(right); }) !=
-               line.end() ||
-           sought.empty();
+    if (sought.size() > line.size()) {
+        return false;
+    }
+    std::string const text = Lowered(line);
+    std::string const part = Lowered(sought);
+    return memmem(text.data(), text.size(), part.data(), part.size()) != nullptr;
 }
 
 }  // namespace QuilloHost

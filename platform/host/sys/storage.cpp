@@ -14,6 +14,7 @@
 #include <array>
 #include <chrono>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "host/contract.hpp"
@@ -83,23 +84,17 @@ std::optional<Mount> ParseMount(std::string const& line) {
 
 // Every mount that is not covered by a later one on the same place.
 std::vector<Mount> ParseMounts(std::string const& text) {
+    std::vector<std::string> const lines = Lines(text);
     std::vector<Mount> mounts;
-    for (std::string const& line : Lines(text)) {
-        std::optional<Mount> const mount = ParseMount(line);
-        if (mount) {
-            mounts.erase(
-                std::remove_if(mounts.begin(), mounts.end(),
-                               [&](Mount const& other) { return other.place == mount->place; }),
-                mounts.end());
+    std::set<std::string> places;
+    for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+        std::optional<Mount> const mount = ParseMount(*line);
+        if (mount && places.insert(mount->place).second) {
             mounts.push_back(*mount);
         }
     }
+    std::reverse(mounts.begin(), mounts.end());
     return mounts;
-}
-
-bool IsShown(Mount const& mount, std::vector<Mount> const& shown) {
-    return std::any_of(shown.begin(), shown.end(),
-                       [&](Mount const& other) { return other.number == mount.number; });
 }
 
 // The record of a mount; nothing for a file system without blocks.
@@ -136,14 +131,14 @@ std::optional<Table> ReadStorage(SpaceProbe& probe) {
         return std::nullopt;
     }
     Table table{{"mount", "device", "type", "size", "used", "available"}, {}};
-    std::vector<Mount> shown;
+    std::set<std::string> shown;  // the devices' numbers
     for (Mount const& mount : ParseMounts(*text)) {
-        if (IsKernelType(mount.type) || IsShown(mount, shown)) {
+        if (IsKernelType(mount.type) || shown.count(mount.number) != 0) {
             continue;
         }
         std::optional<Record> const record = MakeRecord(mount, probe);
         if (record) {
-            shown.push_back(mount);
+            shown.insert(mount.number);
             table.records.push_back(*record);
         }
     }
