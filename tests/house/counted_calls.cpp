@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t half = 16 * 1024;
+constexpr std::size_t half = 16384;
 
 // What a call reports stays in `debugMsgs`: letting go of it belongs to the call.
 void Run(Call const& call, std::string const& text) {

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Holds the functions that read a request to linear time: for twice the text they take at most 2.3
-# times the instructions, which are the same on a busy machine.
+# Holds the functions that read what others wrote to linear time: for twice the text they take at
+# most 2.3 times the instructions, which are the same on a busy machine.
 #
 #     tests/house/linear_time.sh PROGRAM
 #
-# PROGRAM is linear_time. Prints lines of a function with its text, the instructions of 16 KiB, of
+# PROGRAM is linear_time or linear_time_host. Prints lines of a function with its text, the instructions of 16 KiB, of
 # 32 KiB, and their ratio, set apart by tabs. The exit code is 1 when a ratio is above 2.3, and 2
 # when there is none.
 set -euo pipefail

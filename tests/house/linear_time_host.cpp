@@ -151,7 +151,7 @@ void CountMachine() {
                       Expect(ReadProcesses().has_value(), "the processes are read");
                   },
                   {"a", "(", ")", ") ", " ", ") a "});
-    CountMounts("many places", Numbered("1 0 8:1 / /# a - t d\n"), 32 * 1024);
+    CountMounts("many places", Numbered("1 0 8:1 / /# a - t d\n"), 32768);
     CountMounts("many devices", Numbered("1 0 8:# / /# a - t d\n"), 32);
     CountPatterns("ReadStorage",
                   [](std::string const& text) {

@@ -95,6 +95,8 @@ TEST(LogLine, HoldsATextInEitherCase) {
     }
     EXPECT_TRUE(HoldsText("", ""));
     EXPECT_FALSE(HoldsText("[", "{"));
+    EXPECT_TRUE(HoldsText(std::string_view("a\0B", 3), std::string_view("\0b", 2)));
+    EXPECT_FALSE(HoldsText(std::string_view("a\0B", 3), std::string_view("\0c", 2)));
 }
 
 TEST(Log, ShowsTheNewestEntryFirst) {
