@@ -44,12 +44,10 @@ std::string FormatLine(std::string const& format, std::vector<Value> const& valu
                        std::string const& defaultValue) {
     std::string line;
     for (std::size_t at = 0; at < format.size();) {
-        if (format[at] != '%') {
-            line += format[at++];
-            continue;
-        }
         std::size_t const digitsEnd =
-            std::min(format.find_first_not_of("0123456789", at + 1), format.size());
+            format[at] == '%'
+                ? std::min(format.find_first_not_of("0123456789", at + 1), format.size())
+                : at + 1;
         if (digitsEnd == at + 1) {
             line += format[at++];
             continue;

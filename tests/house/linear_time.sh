@@ -4,9 +4,9 @@
 #
 #     tests/house/linear_time.sh PROGRAM
 #
-# PROGRAM is linear_time or linear_time_host. Prints lines of a function with its text, the instructions of 16 KiB, of
-# 32 KiB, and their ratio, set apart by tabs. The exit code is 1 when a ratio is above 2.3, and 2
-# when there is none.
+# PROGRAM is linear_time or linear_time_host. Prints lines of a function with its text, the
+# instructions of 16 KiB, of 32 KiB, and their ratio, set apart by tabs. The exit code is 1 when a
+# ratio is above 2.3, and 2 when there is none.
 set -euo pipefail
 export LC_ALL=C
 
