@@ -41,7 +41,6 @@ std::vector<std::string> HostNames(Options const& options) {
 
 void SetUpPlatform(Options const& options) {
     QuilloHost::SetLogThreshold(Level(options.logLevel));
-    QuilloHost::SetStateFolder(options.stateFolder);
     PrepareStateFolder(options.stateFolder);
     for (Setting const* setting : Settings()) {
         QuilloHost::DeclareSetting(setting->name, setting->defaultValue);

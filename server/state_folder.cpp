@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
+#include <host/host.hpp>
 #include <stdexcept>
 #include <system_error>
 
@@ -35,9 +35,8 @@ std::string DefaultStateFolder() {
 }
 
 void PrepareStateFolder(std::string const& folder) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error) {
+    QuilloHost::SetStateFolder(folder);
+    if (std::error_code const error = QuilloHost::MakeStateFolder()) {
         Fail(folder, error.message());
     }
     // Only an attempt tells: root may write to any folder, but to no read-only file system.

@@ -9,7 +9,8 @@ namespace QuilloServer {
 // /var/lib/quillo for root, else $XDG_STATE_HOME/quillo, else ~/.local/state/quillo.
 std::string DefaultStateFolder();
 
-// Makes the folder if it is not there. Throws std::runtime_error unless files can be made in it.
+// Has the store keep its values in `folder`, and makes it if it is not there. Throws
+// std::runtime_error unless files can be made in it.
 void PrepareStateFolder(std::string const& folder);
 
 }  // namespace QuilloServer

@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <string>
+#include <system_error>
 
 #define QUILLO_HOST_API __attribute__((visibility("default")))
 
@@ -28,6 +29,10 @@ QUILLO_HOST_API void SetLogThreshold(LogLevel lowest) noexcept;
 // is first needed. Without this call it is the environment's QUILLO_STATE_DIR unless empty, else
 // /var/lib/quillo for root, else $XDG_STATE_HOME/quillo or ~/.local/state/quillo.
 QUILLO_HOST_API void SetStateFolder(std::string const& folder);
+
+// Makes that folder where it is not there yet, for its owner alone, and those that it lies in. They
+// last through a power cut. Returns what went wrong.
+QUILLO_HOST_API std::error_code MakeStateFolder();
 
 // How long running values hold: as long as this text stays the same. Without this call it is the
 // boot of the machine.

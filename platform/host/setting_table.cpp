@@ -109,15 +109,6 @@ int MakeFolders(fs::path const& folder, mode_t mode) {
     return errorAbove != 0 ? errorAbove : MakeOneFolder(folder, mode);
 }
 
-// The owner's alone from its first moment on.
-void MakeFolder(fs::path const& folder) {
-    if (int const error = MakeFolders(folder, S_IRWXU)) {
-        throw std::runtime_error(folder.string() +
-                                 " cannot be made: " + std::generic_category().message(error) +
-                                 ": QUILLO_STATE_DIR names the folder of the store");
-    }
-}
-
 fs::path Folder() {
     return fs::absolute(ThePlace().folder.value_or(DefaultFolder()) + "/").parent_path();
 }
@@ -148,7 +139,10 @@ std::optional<std::string> FindFile() {
 
 Database OpenDatabase() {
     fs::path const folder = Folder();
-    MakeFolder(folder);
+    if (std::error_code const error = MakeStateFolder()) {
+        throw std::runtime_error(folder.string() + " cannot be made: " + error.message() +
+                                 ": QUILLO_STATE_DIR names the folder of the store");
+    }
     Database database(FileIn(folder), ThePlace().patience);
     database.Run(
         "PRAGMA journal_mode = WAL;"
@@ -244,6 +238,11 @@ void WriteStoredAndRunning(std::string_view name, std::string_view value) {
 
 void SetStateFolder(std::string const& folder) {
     ThePlace().folder = folder;
+}
+
+// The owner's alone from its first moment on.
+std::error_code MakeStateFolder() {
+    return {MakeFolders(Folder(), S_IRWXU), std::generic_category()};
 }
 
 void SetServiceRun(std::string const& run) {

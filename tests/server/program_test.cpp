@@ -132,7 +132,8 @@ TEST(Program, EnvironmentStandsInForOptions) {
     std::string const line = program.OutputLine();
     int const port = std::stoi(line.substr(line.rfind(':') + 1));
     EXPECT_EQ(Ask(port, "GET /process HTTP/1.1\r\nHost: device.example\r\n\r\n").status, 200);
-    EXPECT_TRUE(std::filesystem::is_directory(folder.path + "/state"));
+    EXPECT_EQ(std::filesystem::status(folder.path + "/state").permissions(),
+              std::filesystem::perms::owner_all);
 }
 
 TEST(Program, WrongEnvironmentVariableIsNamed) {
