@@ -14,10 +14,11 @@ using namespace Quillo;
 
 namespace {
 
-// What is in use, of all that operator new gave; all that it gave; and how many blocks it gives
-// before it fails once.
+// What is in use, of all that operator new gave; all that it gave, and how large the last one was;
+// and how many blocks it gives before it fails once.
 long blocks;
 long taken;
+std::size_t lastSize;
 long untilFailure = -1;
 
 class PoolTest : public PageTest {
@@ -50,6 +51,7 @@ __attribute__((noinline)) void* operator new(std::size_t size) {
     }
     ++blocks;
     ++taken;
+    lastSize = size;
     return block;
 }
 
@@ -261,6 +263,22 @@ TEST_F(PoolTest, BlocksComeInStepsOfAPointer) {
             long const rounded = (size + word - 1) / word * word;
             long const kept = std::min(20000L, limit / rounded);
             EXPECT_EQ(KeptBlocks(static_cast<std::size_t>(size)), kept) << size;
+        });
+    }
+}
+
+TEST_F(PoolTest, ABlockIsAsLargeAsTheLargestThatItServesLater) {
+    for (std::size_t size = 1; size <= 100; ++size) {
+        OnThread([=] {
+            void* const block = Pool::Take(size);
+            std::size_t const room = lastSize;
+            Pool::Give(block, size);
+            std::size_t served = size;
+            for (void* next = block; next == block; ++served) {
+                next = Pool::Take(served + 1);
+                Pool::Give(next, served + 1);
+            }
+            EXPECT_EQ(served - 1, room) << size;
         });
     }
 }
