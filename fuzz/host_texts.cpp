@@ -132,6 +132,7 @@ public:
     explicit Reader(std::string const& content) : bytes(content), isBig(bytes[0] == '\x95') {}
 
     bool CanReadAll() {
+        Word(24);  // the head's last, which is there without a hash table, too
         Need(Word(0) == 0x950412de && Word(4) / 65536 < 2);
         std::uint32_t const count = Word(8);
         // A table of nothing has its place too.
