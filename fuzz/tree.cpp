@@ -61,6 +61,22 @@ Pair MakeTag(std::string const& tag, bool isLeaf) {
     return MakePair(Element(impl), ModelNode::Plain, tag, isLeaf);
 }
 
+void SetName(Pair& pair, std::string const& name) {
+    pair.element.SetAttr("name", name);
+    pair.model->attrs["name"] = name;
+    pair.model->emptyAttrs.erase("name");
+}
+
+// Most forms have a name.
+Pair MakeForm(Feed& feed) {
+    Pair form = MakeTag("form", false);
+    unsigned const kind = feed.Below(4);
+    if (kind != 0) {
+        SetName(form, kind == 1 ? feed.Text() : "form");
+    }
+    return form;
+}
+
 Pair MakeAny(Feed& feed) {
     switch (feed.Below(16)) {
         case 0:
@@ -87,7 +103,7 @@ Pair MakeAny(Feed& feed) {
         case 10:
             return MakePair(Table(), ModelNode::Plain, "table", false);
         case 11:
-            return MakeTag("form", false);
+            return MakeForm(feed);
         case 12:
             return MakeTag("script", false);
         case 13:
@@ -179,7 +195,7 @@ private:
         pair.model->emptyAttrs.erase("class");
     }
 
-    static void SetFlags(Pair& pair, unsigned flags) {
+    void SetFlags(Pair& pair, unsigned flags) {
         if ((flags & 1) != 0) {
             pair.element.SetOneLine();
             pair.model->isOneLine = true;
@@ -187,6 +203,9 @@ private:
         if ((flags & 2) != 0) {
             pair.element.SetFocus();
             pair.model->hasFocus = true;
+        }
+        if ((flags & 4) != 0) {
+            SetName(pair, (flags & 8) != 0 ? feed.Text() : "field");
         }
     }
 
