@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "feed.hpp"
+#include "kit/style_properties.hpp"
 #include "library.hpp"
 #include "oracle.hpp"
 #include "pieces.hpp"
@@ -102,17 +103,7 @@ void CheckUrl(std::string const& url) {
                 "SafeUrl: what is harmless passes, and nothing else");
 }
 
-std::vector<std::string> const styleProperties = Pieces(
-    "background-color border border-bottom border-collapse border-color border-left "
-    "border-radius border-right border-spacing border-style border-top border-width "
-    "caption-side color column-gap direction display font-size font-style font-variant "
-    "font-weight gap height letter-spacing line-height list-style-type margin "
-    "margin-bottom margin-left margin-right margin-top max-height max-width min-height "
-    "min-width opacity overflow overflow-x overflow-y padding padding-bottom padding-left "
-    "padding-right padding-top row-gap table-layout text-align text-decoration text-indent "
-    "text-transform unicode-bidi vertical-align visibility white-space width word-break "
-    "word-spacing",
-    " ");
+std::vector<std::string> const styleProperties = Pieces(allowedStyleProperties, " ");
 
 bool IsMadeOf(std::string const& text, std::string const& set) {
     return !text.empty() && text.find_first_not_of(set) == std::string::npos;

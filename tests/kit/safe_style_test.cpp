@@ -5,6 +5,7 @@
 #include <regex>
 #include <sstream>
 
+#include "kit/style_properties.hpp"
 #include "text/sample_texts.hpp"
 
 using namespace QuilloKit;
@@ -34,16 +35,7 @@ TEST(SafeStyle, AnAllowedPropertyWithAnAllowedValueIsADeclaration) {
 }
 
 TEST(SafeStyle, EveryPropertyOfTheListIsAllowed) {
-    std::istringstream properties(
-        "background-color border border-bottom border-collapse border-color border-left "
-        "border-radius border-right border-spacing border-style border-top border-width "
-        "caption-side color column-gap direction display font-size font-style font-variant "
-        "font-weight gap height letter-spacing line-height list-style-type margin "
-        "margin-bottom margin-left margin-right margin-top max-height max-width min-height "
-        "min-width opacity overflow overflow-x overflow-y padding padding-bottom padding-left "
-        "padding-right padding-top row-gap table-layout text-align text-decoration "
-        "text-indent text-transform unicode-bidi vertical-align visibility white-space width "
-        "word-break word-spacing");
+    std::istringstream properties(allowedStyleProperties);
     int count = 0;
     for (std::string property; properties >> property; ++count) {
         EXPECT_EQ(SafeStyle(property, "inherit"), property + ": inherit");
